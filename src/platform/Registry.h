@@ -1,0 +1,29 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The part of the Windows registry that the program knows, or on Linux what Wine prefixes have
+/// of it.
+namespace Registry {
+
+enum class Root { kLocalMachine, kClassesRoot };
+
+/// Where the registry is read from. Not used on Windows.
+struct Source {
+  /// Wine prefixes (folders with a `system.reg`), in the order in which they are asked.
+  std::vector<std::filesystem::path> prefixes;
+
+  /// WINEPREFIX, ~/.wine, and the game's prefix below the usual roots of Steam.
+  static Source FromEnvironment();
+};
+
+/// The text of a string value (types 1 and 2), cut at its first NUL; empty if key or value can't
+/// be read or the text is longer than 1,023 bytes. On Linux `Wow6432Node` is looked at as well,
+/// and a path on a drive of the prefix comes back as `Z:\...` text.
+std::string ReadValue(const Source& source, Root root, std::string_view subKey,
+                      std::string_view valueName);
+
+}  // namespace Registry
