@@ -1,0 +1,131 @@
+#include "core/basIni.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "platform/Text.h"
+
+namespace basIni {
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+/// Takes the next line off `rest`, without its CR LF or LF.
+std::string_view NextLine(std::string_view& rest) {
+  const std::size_t end = rest.find('\n');
+  std::string_view line = rest.substr(0, end);
+  rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  if (end != std::string_view::npos && line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+/// The name in a section's line, or nothing. `line` has no blanks around it.
+std::optional<std::string_view> SectionName(std::string_view line) {
+  if (!line.starts_with('[')) return std::nullopt;
+  const std::size_t end = line.find(']');
+  if (end == std::string_view::npos) return std::nullopt;
+  return Text::Trim(line.substr(1, end - 1), kBlanks);
+}
+
+std::string_view WithoutQuotes(std::string_view value) {
+  const bool quoted = value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+                      value.back() == value.front();
+  return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+/// A value as it has to stand in the file so that reading gives it back: quoted if blanks or
+/// quotes at its ends would be lost otherwise.
+std::string Quoted(std::string_view value) {
+  const bool needsQuotes =
+      Text::Trim(value, kBlanks).size() != value.size() || WithoutQuotes(value) != value;
+  return needsQuotes ? "\"" + std::string(value) + "\"" : std::string(value);
+}
+
+std::size_t OffsetIn(std::string_view text, std::string_view part) {
+  return static_cast<std::size_t>(part.data() - text.data());
+}
+
+}  // namespace
+
+IniFile::IniFile(std::string text) : text_(std::make_unique<const std::string>(std::move(text))) {
+  std::string_view rest = *text_;
+  for (std::size_t number = 1; !rest.empty(); ++number) {
+    const std::string_view line = Text::Trim(NextLine(rest), kBlanks);
+    if (line.empty() || line.front() == ';') {
+      // Passed over. A comment belongs to the section that it stands in, a blank line doesn't.
+    } else if (const auto name = SectionName(line)) {
+      firstByName_.try_emplace(Text::LowerCase(*name), sections_.size());
+      sections_.push_back({*name, number, 0, {}});
+    } else if (const std::size_t equals = line.find('=');
+               equals != std::string_view::npos && !sections_.empty()) {
+      sections_.back().keys.push_back({Text::Trim(line.substr(0, equals), kBlanks),
+                                       Text::Trim(line.substr(equals + 1), kBlanks), number});
+    }
+    if (!line.empty() && !sections_.empty()) {
+      sections_.back().keysEnd = text_->size() - rest.size();
+    }
+  }
+}
+
+IniFile IniFile::Load(const FileSystem& files, std::string_view path) {
+  try {
+    return IniFile(files.ReadWhole(path));
+  } catch (const Failure&) {
+    return IniFile(std::string());
+  }
+}
+
+const IniFile::Section* IniFile::Find(std::string_view section) const {
+  const auto found = firstByName_.find(Text::LowerCase(section));
+  return found == firstByName_.end() ? nullptr : &sections_[found->second];
+}
+
+const IniFile::Key* IniFile::Find(const Section& section, std::string_view key) {
+  const auto found = std::find_if(
+      section.keys.begin(), section.keys.end(),
+      [&](const Key& candidate) { return Text::EqualsIgnoringCase(candidate.name, key); });
+  return found == section.keys.end() ? nullptr : &*found;
+}
+
+std::string INIRead(const IniFile& file, std::string_view section, std::string_view key,
+                    std::string_view defaultValue) {
+  const IniFile::Section* const inSection = file.Find(section);
+  const IniFile::Key* const found = inSection ? IniFile::Find(*inSection, key) : nullptr;
+  if (found == nullptr) return std::string(defaultValue);
+  const std::string_view value = WithoutQuotes(found->value).substr(0, kLongestValue);
+  return std::string(value.substr(0, value.find('\0')));
+}
+
+std::string INIRead(const FileSystem& files, std::string_view path, std::string_view section,
+                    std::string_view key, std::string_view defaultValue) {
+  return INIRead(IniFile::Load(files, path), section, key, defaultValue);
+}
+
+void INIWrite(const FileSystem& files, std::string_view path, std::string_view section,
+              std::string_view key, std::string_view value) {
+  // A file that is there but can't be read must not be replaced by one with a single value.
+  const bool exists = !files.FindFirst(path, kFindHidden | kFindSystem | kFindFolders).empty();
+  const IniFile file(exists ? files.ReadWhole(path) : std::string());
+  std::string text = file.Content();
+  const std::string newLine = std::string(key) + "=" + Quoted(value) + "\r\n";
+
+  const IniFile::Section* const inSection = file.Find(section);
+  const IniFile::Key* const found = inSection ? IniFile::Find(*inSection, key) : nullptr;
+  if (found != nullptr) {
+    text.replace(OffsetIn(file.Content(), found->value), found->value.size(), Quoted(value));
+  } else {
+    std::size_t place = inSection ? inSection->keysEnd : text.size();
+    if (place > 0 && text[place - 1] != '\n') {
+      text.insert(place, "\r\n");
+      place += 2;
+    }
+    text.insert(place, inSection ? newLine : "[" + std::string(section) + "]\r\n" + newLine);
+  }
+  files.ReplaceWhole(path, text);
+}
+
+}  // namespace basIni

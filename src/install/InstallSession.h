@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+
+#include "install/InstallHost.h"
+#include "pack/Catalogue.h"
+#include "pack/clsIMGtool.h"
+#include "pack/zlibIF.h"
+
+class FileSystem;
+class ShellOpener;
+
+/// All that the install engine works on: the open pack, the game archive that a script has in
+/// hand, the places, and the way to the host. One for the program's life; two of them don't know
+/// of each other.
+class InstallSession {
+ public:
+  /// `tempDir`: DOS path text of an existing folder, without a trailing backslash.
+  InstallSession(const FileSystem& files, InstallHost& host, ShellOpener& shell,
+                 std::string tempDir);
+  InstallSession(const InstallSession&) = delete;
+  InstallSession& operator=(const InstallSession&) = delete;
+  ~InstallSession() = default;
+
+  const FileSystem& Files;
+  InstallHost& Host;
+  ShellOpener& Shell;
+
+  std::string TempDir;
+  std::string SAInstallDir;  // the game directory, DOS path text
+  clsIMGtool ModPackIMG;     // the open pack
+  clsIMGtool IMG;            // the game archive that a script works on
+  zlibIF zLib;
+  Catalogue Pack;
+  std::string StatusPrefix;  // what the progress events put in front of or behind their own text
+  bool InstallRunning = false;
+
+  /// Sets the status line and has it repainted.
+  void SetStatus(const std::string& text);
+  [[nodiscard]] const std::string& Status() const { return status_; }
+
+  /// `ResolvePath` against this session's game directory.
+  [[nodiscard]] std::string ResolvePath(std::string_view path) const;
+  /// `TempDir` + backslash + `name`.
+  [[nodiscard]] std::string TempPath(std::string_view name) const;
+
+  /// Handler of `IMG`'s `RebuildProgress`: position and number of the entry just written.
+  void IMG_RebuildProgress(double position, double count);
+  /// Handler of `zLib`'s `Progress`, in percent.
+  void zLib_Progress(int percent);
+
+ private:
+  std::string status_;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+class FileSystem;
+
+/// Line by line editing of text files, and the path rule of scripts. Text is Windows-1252; a line
+/// ends at a CR or a CR LF pair, and a lone LF doesn't end a line. Patterns are `LinePattern`.
+namespace basTextEdit {
+
+enum class EditMode { kAdd = 0, kRemove = 1, kReplace = 2 };
+
+/// The path rule of scripts: an absolute path (see `DosPath::IsAbsolute`) unchanged, any other
+/// below the game directory, under the backslash rule.
+std::string ResolvePath(std::string_view path, std::string_view gameDirectory);
+
+/// Finds the first line of the file that matches `search` and inserts `newText` behind it,
+/// removes it or replaces it. Has a trap: a failure changes nothing more and isn't passed on.
+void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::string filePath,
+                std::string_view search, std::string_view newText, EditMode mode);
+
+void AddLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
+             std::string_view search, std::string_view newText);
+void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
+                std::string_view search);
+void ReplaceLine(const FileSystem& files, std::string_view gameDirectory,
+                 std::string_view filePath, std::string_view search, std::string_view newText);
+
+/// Whether a line of the file matches. The path is resolved already. Fails on a missing file and
+/// on a malformed pattern.
+bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search);
+
+}  // namespace basTextEdit

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pack/dclUDTs.h"
+
+class File;
+class FileSystem;
+
+/// IMG archives: the game's own and mod packs, which are archives of the same form.
+///
+///     offset  size
+///          0     4  "VER2"
+///          4     4  number of directory records
+///          8  32 each  directory records
+///          -     -  free directory space, up to the lowest data offset
+///          -     -  data of the entries, each from a sector boundary (2,048 bytes) on
+///
+///     a record:   0  4  offset of the data in sectors
+///                 4  4  size of the data in sectors
+///                 8 24  name, ended by the first NUL if there is one
+///
+/// All numbers are 32-bit signed, little-endian. Names are Windows-1252. The true length of an
+/// entry isn't recorded: what was shorter than its last sector has NULs behind it.
+///
+/// Paths are DOS path text. An archive's file is open within one operation only. Nothing is
+/// caught here: every failure is a `Failure` that names the archive.
+class clsIMGtool {
+ public:
+  explicit clsIMGtool(const FileSystem& files) : files_(files) {}
+
+  /// Raised by `RebuildIMG` after each entry with its 1-based position and their number.
+  std::function<void(double lngPosition, double lngCount)> RebuildProgress;
+  /// Lets pending window events run; called by `RebuildIMG` after each entry.
+  std::function<void()> DoEvents;
+
+  /// The archive's path; empty until the first `Load`.
+  [[nodiscard]] const std::string& IMGFile() const { return imgFile_; }
+  /// Takes a path and loads it; the result of `Load` is dropped.
+  void SetIMGFile(std::string path);
+  /// Number of records on disk as this object knows it: follows `AddFile` and `RemoveFile`.
+  [[nodiscard]] double EntryCount() const { return entryCount_; }
+  /// 1-based file position at which the next record goes.
+  [[nodiscard]] double NextEntryPos() const { return nextEntryPos_; }
+  /// Lowest data offset of all entries in bytes, 0-based; the file's length without entries.
+  [[nodiscard]] double LowestOffset() const { return lowestOffset_; }
+  /// 1-based file position of the record with `LowestOffset` (the last of several).
+  [[nodiscard]] double LowestEntryPos() const { return lowestEntryPos_; }
+  /// The directory as of the last `Load`; `AddFile` and `RemoveFile` leave it alone.
+  [[nodiscard]] const std::vector<udtIMGEntry>& Entries() const { return entries_; }
+
+  /// Reads the directory of `strFile`; empty means `IMGFile`, and the argument is set to it. A
+  /// file that doesn't exist is made, empty. False if the file doesn't begin with the magic: the
+  /// directory in memory stays, while `IMGFile` names the new path already. Fails on a record
+  /// count below 1 or beyond the file's length, and on an offset or size of 2 GiB or more.
+  bool Load(std::string& strFile);
+  bool Load(std::string&& strFile) { return Load(strFile); }
+
+  /// Whether the directory as of the last `Load` has an entry of exactly that name. Fails on an
+  /// archive of more than 32,767 records.
+  [[nodiscard]] bool ExistsInIMG(std::string_view strName) const;
+
+  /// Writes the data of the first entry of exactly that name to the start of `strDestination`,
+  /// whole sectors; a longer file keeps its tail. False, and nothing touched, if there is none.
+  /// Fails on an archive of more than 32,767 records.
+  bool Export(std::string_view strName, const std::string& strDestination) const;
+
+  /// Appends a file as a new entry under its bare name; an entry of that name may exist. One
+  /// record and the data are written; only if the directory has no room left, the entry with the
+  /// lowest offset moves to the end first, and the directory is loaded anew. A file that doesn't
+  /// exist is made, empty. Fails, before it writes, on a name of 24 bytes or more.
+  void AddFile(const std::string& strFile);
+
+  /// Takes the first record whose name equals `strName` without regard to case out of the
+  /// directory; the data stays in the file, dead. Nothing happens if there is none.
+  void RemoveFile(std::string_view strName);
+
+  /// Writes the archive anew without gaps and dead data and puts it in the old one's place, by
+  /// way of `strFile` + ".tmp"; then loads it. Empty means `IMGFile`. Returns what `Load`
+  /// returns; false, and nothing changed, if the file doesn't begin with the magic.
+  bool RebuildIMG(std::string& strFile);
+  bool RebuildIMG(std::string&& strFile) { return RebuildIMG(strFile); }
+
+  /// Four bytes, least significant first, as a 32-bit signed number.
+  static double BytesToNumber(std::string_view fourBytes);
+  /// The inverse: rounds to the nearest whole number, ties to even; fails out of 32-bit range.
+  static std::string NumberToBytes(double number);
+
+ private:
+  [[nodiscard]] const udtIMGEntry* FindEntry(std::string_view name) const;
+  void FindLowestRecord(std::string_view directory, double fileLength);
+  void MakeRoomForRecord(File& archive);
+
+  const FileSystem& files_;
+  std::string imgFile_;
+  std::vector<udtIMGEntry> entries_;
+  double entryCount_ = 0;
+  double nextEntryPos_ = 0;
+  double lowestOffset_ = 0;
+  double lowestEntryPos_ = 0;
+};
