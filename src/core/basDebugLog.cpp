@@ -25,8 +25,8 @@ Recorder RecorderFromEnvironment() {
   return std::getenv("KELVO_LOG_ERRORS") != nullptr ? StderrRecorder() : Recorder();
 }
 
-int LogError(const std::string& source, const std::string& cause) {
-  if (TheRecorder()) TheRecorder()(source + ": " + cause);
+int LogError(std::string_view source, std::string_view cause) {
+  if (TheRecorder()) TheRecorder()(std::string(source) + ": " + std::string(cause));
   return 0;
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 /// The error convention of the program: a procedure that the user's event started, and a few
@@ -25,7 +26,7 @@ Recorder StderrRecorder();
 Recorder RecorderFromEnvironment();
 
 /// Reports a failure of the procedure `source` ("module.procedure") to the recorder. Always 0.
-int LogError(const std::string& source, const std::string& cause);
+int LogError(std::string_view source, std::string_view cause);
 
 }  // namespace basDebugLog
 
@@ -33,7 +34,7 @@ int LogError(const std::string& source, const std::string& cause);
 /// that serve developers; the program itself never looks at it. The one place in the program that
 /// catches everything.
 template <typename Body>
-std::optional<std::string> Trapped(const std::string& source, Body&& body) {
+std::optional<std::string> Trapped(std::string_view source, Body&& body) {
   std::optional<std::string> cause;
   try {
     std::forward<Body>(body)();

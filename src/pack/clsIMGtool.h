@@ -92,8 +92,19 @@ class clsIMGtool {
 
  private:
   [[nodiscard]] const udtIMGEntry* FindEntry(std::string_view name) const;
-  void FindLowestRecord(std::string_view directory, double fileLength);
-  void MakeRoomForRecord(File& archive);
+  void LoadRecords(std::string_view directory);
+  /// Takes note of the record at `nextEntryPos_`, whose data is at `offset`, and goes behind it.
+  void NoteRecord(std::int64_t offset);
+  /// Works out positions and lowest offset anew from the records on disk.
+  void FindLowestRecord(std::string_view directory, std::int64_t fileLength);
+  void CheckEnd(std::int64_t end) const;
+  /// Sees to it that a record fits behind the last one; true if the archive was changed.
+  bool MakeRoomForRecord(File& archive);
+  void AppendEmptySector(File& archive) const;
+  /// Fills the archive up to a whole sector, makes sure of room for `size` bytes behind it, and
+  /// returns its end.
+  std::int64_t ReserveEnd(File& archive, std::int64_t size) const;
+  void CopyEntries(const File& source, File& target, std::int64_t count) const;
 
   const FileSystem& files_;
   std::string imgFile_;

@@ -1,0 +1,125 @@
+#include "pack/clsEncryption.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "platform/Text.h"
+
+namespace {
+
+constexpr std::size_t kChunk = 32767;
+
+/// The bytes of UTF-16 text, the low byte of each unit first.
+std::string LittleEndianBytes(std::u16string_view text) {
+  std::string bytes;
+  bytes.reserve(text.size() * 2);
+  for (const char16_t unit : text) {
+    bytes.push_back(static_cast<char>(unit & 255U));
+    bytes.push_back(static_cast<char>(unit >> 8U));
+  }
+  return bytes;
+}
+
+}  // namespace
+
+const std::string& clsEncryption::IndexPassword() {
+  static const std::string password = "___ZiTrOnEnTEE_//_mod_depots_\xD1\xF8";
+  return password;
+}
+
+/// Runs `body`; shows its failure under the procedure's name and returns false if it failed.
+template <typename Body>
+bool clsEncryption::Guarded(const char* procedure, Body&& body) {
+  try {
+    body();
+    return true;
+  } catch (const Failure& failure) {
+    if (MessageBox) {
+      MessageBox(Concat("Error: ", failure.Number(), ". ", failure.what()), procedure);
+    }
+    return false;
+  }
+}
+
+void clsEncryption::BuildKey() {
+  const std::string bytes = LittleEndianBytes(Text::ToUtf16(Password));
+  keyBytes_.assign(bytes.begin(), bytes.end());
+  keyPos_ = 0;
+}
+
+inline void clsEncryption::EncryptByte(unsigned char& b) {
+  if (keyBytes_.empty()) Fail("the pass phrase is empty");
+  const std::size_t last = keyBytes_.size() - 1;
+  unsigned char& key = keyBytes_[keyPos_];
+  b = static_cast<unsigned char>(b ^ key);
+  // The product is one of 16-bit signed arithmetic, which bounds the length of a pass phrase.
+  const std::size_t product = key * keyPos_;
+  if (product > std::numeric_limits<std::int16_t>::max()) {
+    Fail("the pass phrase is too long: ", product, " doesn't fit 16 bits");
+  }
+  b = static_cast<unsigned char>(b ^ (product & 255U));
+  // Index 0 serves the first byte of the data only: the walk goes back to index 1.
+  const std::size_t next = keyPos_ >= last ? 1 : keyPos_ + 1;
+  key = static_cast<unsigned char>(key + keyBytes_[next]);
+  keyPos_ = next;
+}
+
+void clsEncryption::EncryptBytes(char* bytes, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    auto b = static_cast<unsigned char>(bytes[i]);
+    // After a failure the byte stays as far as it was processed, and the next one is tried.
+    Guarded("EncryptByte", [&] { EncryptByte(b); });
+    bytes[i] = static_cast<char>(b);
+  }
+}
+
+std::size_t clsEncryption::ReadFile(const File& file, std::int64_t position, std::string& buffer,
+                                    std::size_t maxLength) {
+  std::size_t count = 0;
+  Guarded("ReadFile", [&] {
+    const auto left = static_cast<std::size_t>(file.Size() - position);
+    count = left <= maxLength + 1 ? left : maxLength;
+    buffer.resize(count);
+    file.ReadAt(position, buffer.data(), count);
+  });
+  return count;
+}
+
+void clsEncryption::EncryptFile() {
+  Guarded("EncryptFile", [&] {
+    BuildKey();
+    const File input = files_.OpenForReading(InputFileName);
+    const std::int64_t length = input.Size();
+    if (!files_.FindFirst(OutputFileName, kFindHidden | kFindSystem).empty()) {
+      files_.Delete(OutputFileName);
+    }
+    File output = files_.OpenBinary(OutputFileName);
+    if (FileProgress) FileProgress(0);
+    std::string chunk;
+    std::int64_t total = 0;
+    while (const std::size_t count = ReadFile(input, total, chunk, kChunk)) {
+      EncryptBytes(chunk.data(), count);
+      output.WriteAt(total, chunk);
+      total += static_cast<std::int64_t>(count);
+      if (FileProgress) FileProgress(static_cast<float>(total) / static_cast<float>(length));
+    }
+    output.Close();
+  });
+}
+
+std::u16string clsEncryption::EncryptString(std::u16string_view strIn) {
+  std::u16string result;
+  Guarded("EncryptString", [&] {
+    BuildKey();
+    std::string bytes = LittleEndianBytes(strIn);
+    EncryptBytes(bytes.data(), bytes.size());
+    for (std::size_t i = 0; i < bytes.size(); i += 2) {
+      const auto low = static_cast<unsigned char>(bytes[i]);
+      const auto high = static_cast<unsigned char>(bytes[i + 1]);
+      result.push_back(static_cast<char16_t>(low | (high << 8U)));
+    }
+  });
+  return result;
+}

@@ -1,0 +1,365 @@
+#include "pack/clsIMGtool.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "platform/Text.h"
+
+namespace {
+
+constexpr std::string_view kMagic = "VER2";
+constexpr std::int64_t kSector = 2048;
+constexpr std::int64_t kHeaderSize = 8;
+constexpr std::int64_t kCountOffset = 4;
+constexpr std::int64_t kRecordSize = 32;
+constexpr std::size_t kNameSize = 24;
+// Archives are walked with 16-bit counters, and positions in them are 32-bit signed.
+constexpr std::size_t kLongestSearch = 32767;
+constexpr std::int64_t kLargestPosition = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kSmallestPosition = std::numeric_limits<std::int32_t>::min();
+constexpr std::int64_t kBlock = 1 << 20;
+constexpr std::int64_t kRecordsPerRead = kBlock / kRecordSize;
+
+std::int64_t WholeSectors(std::int64_t bytes) { return (bytes + kSector - 1) / kSector * kSector; }
+
+std::int32_t NumberAt(std::string_view bytes, std::size_t offset) {
+  std::uint32_t number = 0;
+  for (std::size_t i = 4; i-- > 0;) {
+    number = (number << 8U) | static_cast<unsigned char>(bytes[offset + i]);
+  }
+  return static_cast<std::int32_t>(number);
+}
+
+/// A directory record as it stands in the file. The name keeps what stands behind its NUL.
+struct Record {
+  explicit Record(std::string_view bytes)
+      : offset(NumberAt(bytes, 0) * kSector),
+        size(NumberAt(bytes, 4) * kSector),
+        sizeField(bytes.substr(4, 4)),
+        nameField(bytes.substr(8, kNameSize)) {}
+
+  [[nodiscard]] std::string_view Name() const { return nameField.substr(0, nameField.find('\0')); }
+  /// A name that fills its field has no NUL.
+  [[nodiscard]] bool HasTerminatedName() const { return Name().size() < kNameSize; }
+
+  std::int64_t offset;  // bytes
+  std::int64_t size;    // bytes
+  std::string_view sizeField;
+  std::string_view nameField;
+};
+
+Record RecordAt(std::string_view directory, std::size_t index) {
+  return Record(directory.substr(index * kRecordSize, kRecordSize));
+}
+
+[[noreturn]] void FailOnRecord(const std::string& archive, std::int64_t number,
+                               const std::string& what) {
+  Fail("archive \"", archive, "\": record ", number, " ", what);
+}
+
+/// Checks that a record's data lies in a file of `length` bytes, before it is read.
+void CheckData(const std::string& archive, std::int64_t number, const Record& record,
+               std::int64_t length) {
+  if (record.offset < 0 || record.size < 0 || record.offset + record.size > length) {
+    FailOnRecord(archive, number,
+                 Concat("has ", record.size, " bytes at ", record.offset,
+                        ", which don't lie in the file's ", length, " bytes"));
+  }
+}
+
+bool HasMagic(const File& archive) {
+  std::array<char, 4> magic{};
+  return archive.ReadSomeAt(0, magic.data(), magic.size()) == magic.size() &&
+         std::string_view(magic.data(), magic.size()) == kMagic;
+}
+
+/// The record count in an archive's header; fails if such a directory can't lie in the file.
+std::int64_t ReadCount(const File& archive, std::int64_t smallest) {
+  const auto count =
+      static_cast<std::int64_t>(clsIMGtool::BytesToNumber(archive.ReadAt(kCountOffset, 4)));
+  if (count < smallest || kHeaderSize + count * kRecordSize > archive.Size()) {
+    Fail("archive \"", archive.Path(), "\": a directory of ", count,
+         " records doesn't lie in the file's ", archive.Size(), " bytes");
+  }
+  return count;
+}
+
+/// The bare name of the file that `AddFile` takes, as the file system reports it.
+std::string BareName(const FileSystem& files, const std::string& path) {
+  std::string name = files.FindFirst(path, kFindHidden | kFindSystem);
+  if (name.empty()) name = path.substr(path.find_last_of("\\/:") + 1);
+  return name;
+}
+
+/// The records that `Load` counts in the order in which they are the lowest: by offset, and of
+/// several with one offset the last first.
+std::vector<std::size_t> RecordsByOffset(std::string_view directory) {
+  std::vector<std::size_t> order(directory.size() / kRecordSize);
+  std::iota(order.rbegin(), order.rend(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+    return RecordAt(directory, left).offset < RecordAt(directory, right).offset;
+  });
+  return order;
+}
+
+/// Takes the record at `position` out of the directory region that ends at `regionEnd`: all
+/// behind it moves down by one slot, what lies in the free space too, and the last slot gets NULs.
+void CloseGap(File& archive, std::int64_t position, std::int64_t regionEnd) {
+  const std::int64_t lastSlot = regionEnd - kRecordSize;
+  while (position < lastSlot) {
+    const std::int64_t length = std::min(kBlock, lastSlot - position);
+    archive.WriteAt(position, archive.ReadAt(position + kRecordSize, length));
+    position += length;
+  }
+  archive.WriteAt(lastSlot, std::string(kRecordSize, '\0'));
+}
+
+}  // namespace
+
+double clsIMGtool::BytesToNumber(std::string_view fourBytes) { return NumberAt(fourBytes, 0); }
+
+std::string clsIMGtool::NumberToBytes(double number) {
+  const double rounded = std::nearbyint(number);  // ties to even
+  if (!(rounded >= static_cast<double>(kSmallestPosition) &&
+        rounded <= static_cast<double>(kLargestPosition))) {
+    Fail("number ", number, " doesn't fit 32 bits");
+  }
+  const auto bits = static_cast<std::uint32_t>(static_cast<std::int32_t>(rounded));
+  std::string bytes;
+  for (unsigned int shift = 0; shift < 32; shift += 8) {
+    bytes.push_back(static_cast<char>((bits >> shift) & 255U));
+  }
+  return bytes;
+}
+
+void clsIMGtool::SetIMGFile(std::string path) {
+  imgFile_ = std::move(path);
+  Load(std::string());
+}
+
+void clsIMGtool::NoteRecord(std::int64_t offset) {
+  if (static_cast<double>(offset) <= lowestOffset_) {
+    lowestOffset_ = static_cast<double>(offset);
+    lowestEntryPos_ = nextEntryPos_;
+  }
+  nextEntryPos_ += kRecordSize;
+}
+
+bool clsIMGtool::Load(std::string& strFile) {
+  if (strFile.empty()) strFile = imgFile_;
+  imgFile_ = strFile;
+  const File archive = files_.OpenBinary(imgFile_);
+  if (!HasMagic(archive)) return false;
+
+  entryCount_ = BytesToNumber(archive.ReadAt(kCountOffset, 4));
+  nextEntryPos_ = kHeaderSize + 1;
+  lowestOffset_ = static_cast<double>(archive.Size());
+  const std::int64_t count = ReadCount(archive, 1);
+  entries_.clear();
+  entries_.reserve(static_cast<std::size_t>(count));
+  for (std::int64_t first = 0; first < count; first += kRecordsPerRead) {
+    const std::int64_t number = std::min(kRecordsPerRead, count - first);
+    LoadRecords(archive.ReadAt(kHeaderSize + first * kRecordSize, number * kRecordSize));
+  }
+  return true;
+}
+
+void clsIMGtool::LoadRecords(std::string_view directory) {
+  for (std::size_t i = 0; i < directory.size() / kRecordSize; ++i) {
+    const Record record = RecordAt(directory, i);
+    for (const std::int64_t bytes : {record.offset, record.size}) {
+      if (bytes > kLargestPosition || bytes < kSmallestPosition) {
+        FailOnRecord(imgFile_, static_cast<std::int64_t>(entries_.size()) + 1,
+                     Concat("has ", record.size, " bytes at ", record.offset,
+                            ", which is out of 32-bit range"));
+      }
+    }
+    entries_.push_back({std::string(record.Name()), static_cast<std::int32_t>(record.offset),
+                        static_cast<std::int32_t>(record.size)});
+    NoteRecord(record.offset);
+  }
+}
+
+const udtIMGEntry* clsIMGtool::FindEntry(std::string_view name) const {
+  if (imgFile_.empty()) return nullptr;
+  if (entries_.size() > kLongestSearch) {
+    Fail("archive \"", imgFile_, "\": ", entries_.size(), " records are more than the ",
+         kLongestSearch, " that can be searched");
+  }
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                  [&](const udtIMGEntry& entry) { return entry.Name == name; });
+  return found == entries_.end() ? nullptr : &*found;
+}
+
+bool clsIMGtool::ExistsInIMG(std::string_view strName) const {
+  return FindEntry(strName) != nullptr;
+}
+
+bool clsIMGtool::Export(std::string_view strName, const std::string& strDestination) const {
+  const udtIMGEntry* const entry = FindEntry(strName);
+  if (entry == nullptr) return false;
+  std::string data;
+  {
+    const File archive = files_.OpenForReading(imgFile_);
+    if (entry->Offset < 0 || entry->Size < 0) {
+      Fail("archive \"", imgFile_, "\": entry \"", strName, "\" has ", entry->Size, " bytes at ",
+           entry->Offset);
+    }
+    data = archive.ReadAt(entry->Offset, entry->Size);
+  }
+  File destination = files_.OpenBinary(strDestination);
+  destination.WriteAt(0, data);
+  destination.Close();
+  return true;
+}
+
+void clsIMGtool::FindLowestRecord(std::string_view directory, std::int64_t fileLength) {
+  lowestOffset_ = static_cast<double>(fileLength);
+  nextEntryPos_ = kHeaderSize + 1;
+  for (std::size_t i = 0; i < directory.size() / kRecordSize; ++i) {
+    NoteRecord(RecordAt(directory, i).offset);
+  }
+}
+
+void clsIMGtool::AddFile(const std::string& strFile) {
+  const std::string name = BareName(files_, strFile);
+  if (name.size() >= kNameSize) {
+    Fail("archive \"", imgFile_, "\": the name \"", name, "\" has ", name.size(),
+         " bytes, a record takes ", kNameSize - 1);
+  }
+  std::string data;
+  {
+    const File source = files_.OpenBinary(strFile);
+    data = source.ReadAt(0, source.Size());
+  }
+  data.resize(static_cast<std::size_t>(WholeSectors(static_cast<std::int64_t>(data.size()))));
+
+  File archive = files_.OpenBinary(imgFile_);
+  const bool moved = MakeRoomForRecord(archive);
+  const std::int64_t end = ReserveEnd(archive, static_cast<std::int64_t>(data.size()));
+  // What stood in the slot behind the name's NUL stays there.
+  archive.WriteAt(static_cast<std::int64_t>(nextEntryPos_) - 1,
+                  NumberToBytes(static_cast<double>(end) / kSector) +
+                      NumberToBytes(static_cast<double>(data.size()) / kSector) + name + '\0');
+  archive.WriteAt(kCountOffset, NumberToBytes(entryCount_ + 1));
+  archive.WriteAt(end, data);
+  archive.Close();
+
+  if (moved) {
+    Load(std::string());
+  } else {
+    nextEntryPos_ += kRecordSize;
+    entryCount_ += 1;
+  }
+}
+
+void clsIMGtool::CheckEnd(std::int64_t end) const {
+  if (end > kLargestPosition) {
+    Fail("archive \"", imgFile_, "\": it would grow to ", end, " bytes, more than 2 GiB");
+  }
+}
+
+bool clsIMGtool::MakeRoomForRecord(File& archive) {
+  const double needed = nextEntryPos_ + kRecordSize;
+  if (needed <= lowestOffset_) return false;
+  const std::string directory =
+      archive.ReadAt(kHeaderSize, static_cast<std::int64_t>(entryCount_) * kRecordSize);
+  // What moves goes to the end of the file, so the end itself must lie behind the new record.
+  if (needed > static_cast<double>(WholeSectors(archive.Size()))) AppendEmptySector(archive);
+
+  // One move is enough, unless the lowest entry is empty or shares its offset with others.
+  for (const std::size_t index : RecordsByOffset(directory)) {
+    const Record record = RecordAt(directory, index);
+    if (needed <= static_cast<double>(record.offset)) break;
+    CheckData(imgFile_, static_cast<std::int64_t>(index) + 1, record, archive.Size());
+    const std::string data = archive.ReadAt(record.offset, record.size);
+    const std::int64_t end = ReserveEnd(archive, record.size);
+    archive.WriteAt(kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize,
+                    NumberToBytes(static_cast<double>(end) / kSector));
+    archive.WriteAt(end, data);  // its old place is dead from here on
+  }
+  return true;
+}
+
+std::int64_t clsIMGtool::ReserveEnd(File& archive, std::int64_t size) const {
+  const std::int64_t end = WholeSectors(archive.Size());
+  CheckEnd(end + size);
+  // Records go to disk ahead of the data, so see to it first that there is room for both.
+  archive.Reserve(end, size);
+  if (archive.Size() != end) archive.SetSize(end);
+  return end;
+}
+
+void clsIMGtool::AppendEmptySector(File& archive) const {
+  archive.SetSize(ReserveEnd(archive, kSector) + kSector);
+}
+
+void clsIMGtool::RemoveFile(std::string_view strName) {
+  File archive = files_.OpenBinary(imgFile_);
+  const auto regionEnd = static_cast<std::int64_t>(lowestOffset_);
+  const auto directorySize = static_cast<std::int64_t>(entryCount_) * kRecordSize;
+  if (regionEnd < kHeaderSize + directorySize) {
+    Fail("archive \"", imgFile_, "\": the data of an entry at ", regionEnd,
+         " begins inside the directory of ", directorySize, " bytes");
+  }
+  std::string directory = archive.ReadAt(kHeaderSize, directorySize);
+  const auto count = static_cast<std::size_t>(entryCount_);
+  const auto matches = [&](const Record& record) {
+    return record.HasTerminatedName() && Text::EqualsIgnoringCase(record.Name(), strName);
+  };
+  std::size_t index = 0;
+  while (index < count && !matches(RecordAt(directory, index))) ++index;
+  if (index == count) return;
+
+  archive.WriteAt(kCountOffset, NumberToBytes(entryCount_ - 1));
+  CloseGap(archive, kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize, regionEnd);
+  entryCount_ -= 1;
+  directory.erase(index * kRecordSize, kRecordSize);
+  FindLowestRecord(directory, archive.Size());
+  archive.Close();
+}
+
+bool clsIMGtool::RebuildIMG(std::string& strFile) {
+  if (strFile.empty()) strFile = imgFile_;
+  const std::string temporary = strFile + ".tmp";
+  {
+    const File source = files_.OpenBinary(strFile);
+    if (!HasMagic(source)) {
+      imgFile_ = strFile;
+      return false;
+    }
+    const std::int64_t count = ReadCount(source, 0);
+    File target = files_.OpenBinary(temporary);
+    CopyEntries(source, target, count);
+    target.Sync();
+    target.Close();
+  }
+  files_.PutInPlace(temporary, strFile);
+  return Load(strFile);
+}
+
+void clsIMGtool::CopyEntries(const File& source, File& target, std::int64_t count) const {
+  std::int64_t position = WholeSectors(kHeaderSize + 1 + count * kRecordSize);
+  std::string head = source.ReadAt(0, kHeaderSize);
+  const std::string directory = source.ReadAt(kHeaderSize, count * kRecordSize);
+  for (std::int64_t i = 0; i < count; ++i) {
+    const Record record = RecordAt(directory, static_cast<std::size_t>(i));
+    CheckData(source.Path(), i + 1, record, source.Size());
+    target.CopyFrom(source, record.offset, record.size, position);
+    head += NumberToBytes(static_cast<double>(position) / kSector);
+    head += record.sizeField;
+    head += record.nameField;  // what stands behind its NUL goes along
+    position += record.size;
+    CheckEnd(position);
+    if (RebuildProgress) RebuildProgress(static_cast<double>(i + 1), static_cast<double>(count));
+    if (DoEvents) DoEvents();
+  }
+  // The rest of the directory's last sector holds NULs.
+  head.resize(static_cast<std::size_t>(WholeSectors(kHeaderSize + 1 + count * kRecordSize)));
+  target.WriteAt(0, head);
+}
