@@ -31,25 +31,23 @@ std::optional<std::string_view> SectionName(std::string_view line) {
   return Text::Trim(line.substr(1, end - 1), kBlanks);
 }
 
+std::size_t OffsetIn(std::string_view text, std::string_view part) {
+  return static_cast<std::size_t>(part.data() - text.data());
+}
+
+}  // namespace
+
 std::string_view WithoutQuotes(std::string_view value) {
   const bool quoted = value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
                       value.back() == value.front();
   return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-/// A value as it has to stand in the file so that reading gives it back: quoted if blanks or
-/// quotes at its ends would be lost otherwise.
 std::string Quoted(std::string_view value) {
   const bool needsQuotes =
       Text::Trim(value, kBlanks).size() != value.size() || WithoutQuotes(value) != value;
   return needsQuotes ? "\"" + std::string(value) + "\"" : std::string(value);
 }
-
-std::size_t OffsetIn(std::string_view text, std::string_view part) {
-  return static_cast<std::size_t>(part.data() - text.data());
-}
-
-}  // namespace
 
 IniFile::IniFile(std::string text) : text_(std::make_unique<const std::string>(std::move(text))) {
   std::string_view rest = *text_;

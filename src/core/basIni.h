@@ -42,9 +42,9 @@ class IniFile {
   };
   struct Section {
     std::string_view name;
-    std::size_t line;             // 1-based line of its "[name]"
-    std::size_t keysEnd;          // 0-based offset behind its last line that isn't blank
-    std::vector<Key> keys;        // all its keys in the order of the text
+    std::size_t line;       // 1-based line of its "[name]"
+    std::size_t keysEnd;    // 0-based offset behind its last line that isn't blank
+    std::vector<Key> keys;  // all its keys in the order of the text
   };
 
   /// The first section of that name, or null.
@@ -60,6 +60,14 @@ class IniFile {
   std::vector<Section> sections_;
   std::unordered_map<std::string, std::size_t> firstByName_;  // lower-case name to index
 };
+
+/// A value as it stands in a file, without blanks around it, as reading gives it: one pair of
+/// equal quotes around it is taken off.
+std::string_view WithoutQuotes(std::string_view value);
+
+/// A value as it has to stand in a file so that reading gives it back: quoted if blanks or quotes
+/// at its ends would be lost otherwise.
+std::string Quoted(std::string_view value);
 
 /// The value of a key, without one pair of equal quotes around it, cut to `kLongestValue` bytes
 /// and at its first NUL; `defaultValue` if section or key is missing. A key that is there and
