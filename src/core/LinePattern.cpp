@@ -7,7 +7,9 @@
 
 namespace {
 
-unsigned char Byte(char letter) { return static_cast<unsigned char>(letter); }
+unsigned char Byte(char letter) {
+  return static_cast<unsigned char>(letter);
+}
 
 /// The characters of a list, given what stands between its brackets behind a leading "!".
 std::bitset<256> ListedCharacters(std::string_view list, std::string_view pattern) {

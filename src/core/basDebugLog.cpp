@@ -15,7 +15,9 @@ Recorder& TheRecorder() {
 
 }  // namespace
 
-void SetRecorder(Recorder recorder) { TheRecorder() = std::move(recorder); }
+void SetRecorder(Recorder recorder) {
+  TheRecorder() = std::move(recorder);
+}
 
 Recorder StderrRecorder() {
   return [](const std::string& line) { std::cerr << Text::ToUtf8(line) << '\n'; };

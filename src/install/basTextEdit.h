@@ -24,8 +24,8 @@ void AddLine(const FileSystem& files, std::string_view gameDirectory, std::strin
              std::string_view search, std::string_view newText);
 void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
                 std::string_view search);
-void ReplaceLine(const FileSystem& files, std::string_view gameDirectory,
-                 std::string_view filePath, std::string_view search, std::string_view newText);
+void ReplaceLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
+                 std::string_view search, std::string_view newText);
 
 /// Whether a line of the file matches. The path is resolved already. Fails on a missing file and
 /// on a malformed pattern.

@@ -39,5 +39,6 @@ struct ZlibStream {
   std::string data;    // unpacked
   std::size_t length;  // of the stream itself, in bytes
 };
-/// Unpacks the stream at the start of `bytes`; nothing if there is no whole one.
+/// Unpacks the stream at the start of `bytes`; nothing if there is no whole one, or
+/// if its data is 2 GiB or more.
 std::optional<ZlibStream> Decompressed(std::string_view bytes);

@@ -92,10 +92,7 @@ void clsEncryption::EncryptFile() {
     BuildKey();
     const File input = files_.OpenForReading(InputFileName);
     const std::int64_t length = input.Size();
-    if (!files_.FindFirst(OutputFileName, kFindHidden | kFindSystem).empty()) {
-      files_.Delete(OutputFileName);
-    }
-    File output = files_.OpenBinary(OutputFileName);
+    File output = files_.Create(OutputFileName);
     if (FileProgress) FileProgress(0);
     std::string chunk;
     std::int64_t total = 0;

@@ -25,7 +25,9 @@ constexpr std::int64_t kSmallestPosition = std::numeric_limits<std::int32_t>::mi
 constexpr std::int64_t kBlock = 1 << 20;
 constexpr std::int64_t kRecordsPerRead = kBlock / kRecordSize;
 
-std::int64_t WholeSectors(std::int64_t bytes) { return (bytes + kSector - 1) / kSector * kSector; }
+std::int64_t WholeSectors(std::int64_t bytes) {
+  return (bytes + kSector - 1) / kSector * kSector;
+}
 
 std::int32_t NumberAt(std::string_view bytes, std::size_t offset) {
   std::uint32_t number = 0;
@@ -121,7 +123,9 @@ void CloseGap(File& archive, std::int64_t position, std::int64_t regionEnd) {
 
 }  // namespace
 
-double clsIMGtool::BytesToNumber(std::string_view fourBytes) { return NumberAt(fourBytes, 0); }
+double clsIMGtool::BytesToNumber(std::string_view fourBytes) {
+  return NumberAt(fourBytes, 0);
+}
 
 std::string clsIMGtool::NumberToBytes(double number) {
   const double rounded = std::nearbyint(number);  // ties to even

@@ -1,11 +1,11 @@
 #include "pack/zlibIF.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
+
+#include <zlib.h>
 
 #include "core/basDebugLog.h"
 #include "platform/Failure.h"

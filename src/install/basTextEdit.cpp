@@ -1,0 +1,126 @@
+#include "install/basTextEdit.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+#include "core/LinePattern.h"
+#include "core/basDebugLog.h"
+#include "platform/DosPath.h"
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+
+namespace basTextEdit {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::int64_t kLineEndLength = 2;
+
+/// A line of a text that matched.
+struct FoundLine {
+  std::int64_t position;  // 1-based, of the byte just behind the line's end
+  std::int64_t length;    // without its end
+};
+
+/// The first line of `text` that matches, or nothing.
+std::optional<FoundLine> FindLine(std::string_view text, const LinePattern& pattern) {
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find('\r', start), text.size());
+    std::size_t next = std::min(end + 1, text.size());
+    if (next < text.size() && text[next] == '\n') ++next;
+    if (pattern.MatchesOrEquals(text.substr(start, end - start))) {
+      return FoundLine{static_cast<std::int64_t>(next) + 1, static_cast<std::int64_t>(end - start)};
+    }
+    start = next;
+  }
+  return std::nullopt;
+}
+
+/// The first `count` bytes of `text`.
+std::string_view Left(std::string_view text, std::int64_t count) {
+  if (count < 0 || count > static_cast<std::int64_t>(text.size())) {
+    Fail("a text of ", text.size(), " bytes has no first ", count);
+  }
+  return text.substr(0, static_cast<std::size_t>(count));
+}
+
+/// What stands in `text` from the 1-based `position` on.
+std::string_view From(std::string_view text, std::int64_t position) {
+  if (position < 1 || position > static_cast<std::int64_t>(text.size()) + 1) {
+    Fail("a text of ", text.size(), " bytes has no position ", position);
+  }
+  return text.substr(static_cast<std::size_t>(position - 1));
+}
+
+/// The whole text after an edit at the found line.
+///
+/// The positions take every line end to be two bytes long, also a lone CR. An added text takes
+/// the line end of the line above it once more as its own, and one that found no place goes to
+/// the end without a line end. Other people's packs rely on all of this: it stays.
+std::string Edited(const std::string& all, const std::optional<FoundLine>& found,
+                   std::string_view newText, EditMode mode) {
+  const std::int64_t position = found ? found->position : 0;
+  const std::int64_t length = found ? found->length : 0;
+  const auto joined = [&](std::string_view before, std::string_view after) {
+    std::string text;
+    text.reserve(before.size() + newText.size() + after.size());
+    return text.append(before).append(newText).append(after);
+  };
+  const std::int64_t lengthBefore = position - 1 - (length + kLineEndLength);
+  switch (mode) {
+    case EditMode::kAdd:
+      if (!found) return joined(all, "");
+      return joined(Left(all, position - 1), From(all, position - kLineEndLength));
+    case EditMode::kRemove:
+      return joined(Left(all, lengthBefore), From(all, position));
+    case EditMode::kReplace:
+      return joined(Left(all, lengthBefore), From(all, position - kLineEndLength));
+  }
+  Fail("there is no edit mode ", static_cast<int>(mode));
+}
+
+}  // namespace
+
+std::string ResolvePath(std::string_view path, std::string_view gameDirectory) {
+  return DosPath::IsAbsolute(path) ? std::string(path) : DosPath::Join(gameDirectory, path);
+}
+
+void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::string filePath,
+                std::string_view search, std::string_view newText, EditMode mode) {
+  Trapped("basTextEdit.ModifyLine", [&] {
+    if (files.FindFirst(filePath, kFindFiles).empty()) {
+      filePath = ResolvePath(filePath, gameDirectory);
+    }
+    std::string text = files.ReadWhole(filePath);
+    if (!text.ends_with(kLineEnd)) {
+      // The file keeps this, even if the edit finds nothing.
+      text += kLineEnd;
+      files.WriteWhole(filePath, text);
+    }
+    std::optional<FoundLine> found;
+    if (!search.empty()) found = FindLine(text, LinePattern(search));
+    files.WriteWhole(filePath, Edited(text, found, newText, mode));
+  });
+}
+
+void AddLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
+             std::string_view search, std::string_view newText) {
+  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kAdd);
+}
+
+void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
+                std::string_view search) {
+  ModifyLine(files, gameDirectory, std::string(filePath), search, "", EditMode::kRemove);
+}
+
+void ReplaceLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
+                 std::string_view search, std::string_view newText) {
+  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kReplace);
+}
+
+bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search) {
+  return FindLine(files.ReadWhole(filePath), LinePattern(search)).has_value();
+}
+
+}  // namespace basTextEdit
