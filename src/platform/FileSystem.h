@@ -58,6 +58,8 @@ class FaultPlan {
 /// those who want to hear of a late write error.
 class File {
  public:
+  /// Takes over an open handle of the system, which only the file layer itself has.
+  File(std::intptr_t handle, std::string path, std::shared_ptr<FaultPlan> faults);
   File(File&& other) noexcept;
   File& operator=(File&& other) noexcept;
   File(const File&) = delete;
@@ -91,8 +93,6 @@ class File {
   [[nodiscard]] const std::string& Path() const { return path_; }
 
  private:
-  friend class FileSystem;
-  File(std::intptr_t handle, std::string path, std::shared_ptr<FaultPlan> faults);
   void CloseQuietly() noexcept;
   [[noreturn]] void FailWith(const char* operation, int error) const;
 

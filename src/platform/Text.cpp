@@ -1,0 +1,179 @@
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#include "platform/Failure.h"
+
+namespace {
+
+// Windows-1252 differs from the first 256 characters of Unicode in 80 to 9F only.
+constexpr unsigned kFirstSpecial = 0x80;
+constexpr std::array<char16_t, 32> kSpecials = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,   // 80
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,   // 88
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,   // 90
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};  // 98
+
+constexpr bool IsSpecial(unsigned code) {
+  return code >= kFirstSpecial && code < kFirstSpecial + kSpecials.size();
+}
+
+char16_t ToUnicode(char letter) {
+  const unsigned byte = static_cast<unsigned char>(letter);
+  return IsSpecial(byte) ? kSpecials[byte - kFirstSpecial] : static_cast<char16_t>(byte);
+}
+
+std::optional<char> FromUnicode(unsigned code) {
+  if (code < 0x100 && !IsSpecial(code)) return static_cast<char>(code);
+  const auto* const special = std::find(kSpecials.begin(), kSpecials.end(), code);
+  if (special == kSpecials.end()) return std::nullopt;
+  return static_cast<char>(kFirstSpecial + static_cast<unsigned>(special - kSpecials.begin()));
+}
+
+constexpr char LowerCaseOf(unsigned byte) {
+  constexpr unsigned kMultiplicationSign = 0xD7;
+  if (byte >= 'A' && byte <= 'Z') return static_cast<char>(byte + 0x20);
+  if (byte >= 0xC0 && byte <= 0xDE && byte != kMultiplicationSign)
+    return static_cast<char>(byte + 0x20);
+  if (byte == 0x8A || byte == 0x8C || byte == 0x8E) return static_cast<char>(byte + 0x10);
+  if (byte == 0x9F) return static_cast<char>(0xFF);
+  return static_cast<char>(byte);
+}
+
+constexpr std::array<char, 256> kLowerCase = [] {
+  std::array<char, 256> table{};
+  for (unsigned byte = 0; byte < table.size(); ++byte) table[byte] = LowerCaseOf(byte);
+  return table;
+}();
+
+// The number of bytes of the UTF-8 character with this first byte; 0 where it begins none, and
+// for those of four bytes, none of which Windows-1252 has.
+std::size_t LengthByFirstByte(unsigned first) {
+  if (first < 0x80) return 1;
+  if (first >= 0xC2 && first <= 0xDF) return 2;
+  return first >= 0xE0 && first <= 0xEF ? 3 : 0;
+}
+
+// The character of `bytes`, which has the length that its first byte asks for; nothing if it
+// isn't well-formed. (Surrogates come out as such: no table has them.)
+std::optional<unsigned> DecodeCharacter(std::string_view bytes) {
+  unsigned code = static_cast<unsigned char>(bytes[0]);
+  if (bytes.size() == 1) return code;
+  code &= bytes.size() == 2 ? 0x1FU : 0x0FU;
+  for (const char next : bytes.substr(1)) {
+    const unsigned byte = static_cast<unsigned char>(next);
+    if ((byte & 0xC0U) != 0x80U) return std::nullopt;
+    code = (code << 6U) | (byte & 0x3FU);
+  }
+  const bool tooLong = bytes.size() == 3 && code < 0x800;
+  return tooLong ? std::nullopt : std::optional(code);
+}
+
+void AppendUtf8(std::string& out, unsigned code) {
+  if (code < 0x80) {
+    out += static_cast<char>(code);
+  } else if (code < 0x800) {
+    out += static_cast<char>(0xC0U | (code >> 6U));
+    out += static_cast<char>(0x80U | (code & 0x3FU));
+  } else {
+    out += static_cast<char>(0xE0U | (code >> 12U));
+    out += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
+    out += static_cast<char>(0x80U | (code & 0x3FU));
+  }
+}
+
+}  // namespace
+
+namespace Text {
+
+std::string ToUtf8(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + text.size() / 8);
+  for (const char letter : text) AppendUtf8(out, ToUnicode(letter));
+  return out;
+}
+
+std::optional<std::string> FromUtf8(std::string_view utf8) {
+  std::string out;
+  out.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const std::size_t length = LengthByFirstByte(static_cast<unsigned char>(utf8[0]));
+    if (length == 0 || length > utf8.size()) return std::nullopt;
+    const std::optional<unsigned> code = DecodeCharacter(utf8.substr(0, length));
+    if (!code) return std::nullopt;
+    const std::optional<char> letter = FromUnicode(*code);
+    if (!letter) return std::nullopt;
+    out += *letter;
+    utf8.remove_prefix(length);
+  }
+  return out;
+}
+
+std::u16string ToUtf16(std::string_view text) {
+  std::u16string out(text.size(), u'\0');
+  std::transform(text.begin(), text.end(), out.begin(), ToUnicode);
+  return out;
+}
+
+char LowerCase(char letter) {
+  return kLowerCase[static_cast<unsigned char>(letter)];
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string out(text);
+  for (char& letter : out) letter = LowerCase(letter);
+  return out;
+}
+
+bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return LowerCase(a) == LowerCase(b); });
+}
+
+std::string_view Trim(std::string_view text, std::string_view blanks) {
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::optional<std::int32_t> WholeNumber(std::string_view text) {
+  text = Trim(text);
+  // from_chars knows a minus, but no plus.
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return std::nullopt;
+  }
+  std::int32_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end) return std::nullopt;
+  return number;
+}
+
+std::string Replace(std::string_view text, std::string_view from, std::string_view to) {
+  std::string out;
+  out.reserve(text.size());
+  std::size_t start = 0;
+  for (std::size_t hit = text.find(from); hit != std::string_view::npos;
+       hit = text.find(from, start)) {
+    out.append(text, start, hit - start).append(to);
+    start = hit + from.size();
+  }
+  return out.append(text, start);
+}
+
+std::int16_t CheckedInt16(double value, std::string_view what) {
+  using Limits = std::numeric_limits<std::int16_t>;
+  // Ties go to the even neighbour: nearbyint under the default rounding mode.
+  const double rounded = std::nearbyint(value);
+  const bool fits = rounded >= Limits::min() && rounded <= Limits::max();
+  if (!fits) Fail(what, ": ", value, " doesn't fit a 16-bit number");
+  return static_cast<std::int16_t>(rounded);
+}
+
+}  // namespace Text

@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "platform/posix/System.h"
+
+namespace {
+
+int NumberOf(std::intptr_t handle) {
+  return static_cast<int>(handle);
+}
+
+// Calls `action` until no signal cuts it short.
+template <typename Action>
+auto Uninterrupted(Action action) {
+  auto result = action();
+  while (result < 0 && errno == EINTR) result = action();
+  return result;
+}
+
+// The reason why a change failed: of a file that is open for reading alone the system says what
+// helps nobody.
+int ReasonOfChange(int number, int error) {
+  const int flags = fcntl(number, F_GETFL);
+  return flags >= 0 && (flags & O_ACCMODE) == O_RDONLY ? EACCES : error;
+}
+
+// Errors by which the system says that it can't copy between these two files by itself.
+bool NeedsCopyByHand(int error) {
+  constexpr std::array<int, 4> kErrors = {EXDEV, EINVAL, EOPNOTSUPP, ENOSYS};
+  return std::find(kErrors.begin(), kErrors.end(), error) != kErrors.end();
+}
+
+void CopyByHand(const File& source, std::int64_t sourceOffset, std::int64_t length, File& target,
+                std::int64_t offset) {
+  constexpr std::int64_t kBlock = std::int64_t{1} << 20;
+  std::string block(static_cast<std::size_t>(std::min(length, kBlock)), '\0');
+  while (length > 0) {
+    block.resize(static_cast<std::size_t>(std::min(length, kBlock)));
+    source.ReadAt(sourceOffset, block.data(), block.size());
+    target.WriteAt(offset, block);
+    const auto count = static_cast<std::int64_t>(block.size());
+    sourceOffset += count;
+    offset += count;
+    length -= count;
+  }
+}
+
+}  // namespace
+
+File::File(std::intptr_t handle, std::string path, std::shared_ptr<FaultPlan> faults)
+    : handle_(handle), path_(std::move(path)), faults_(std::move(faults)) {}
+
+File::File(File&& other) noexcept
+    : handle_(std::exchange(other.handle_, -1)),
+      path_(std::move(other.path_)),
+      faults_(std::move(other.faults_)) {}
+
+File& File::operator=(File&& other) noexcept {
+  if (this == &other) return *this;
+  CloseQuietly();
+  handle_ = std::exchange(other.handle_, -1);
+  path_ = std::move(other.path_);
+  faults_ = std::move(other.faults_);
+  return *this;
+}
+
+File::~File() {
+  CloseQuietly();
+}
+
+void File::CloseQuietly() noexcept {
+  if (handle_ >= 0) close(NumberOf(std::exchange(handle_, -1)));
+}
+
+void File::FailWith(const char* operation, int error) const {
+  posix::FailWith(operation, path_, error);
+}
+
+std::int64_t File::Size() const {
+  struct stat status = {};
+  if (fstat(NumberOf(handle_), &status) != 0) FailWith("measure", errno);
+  return status.st_size;
+}
+
+void File::ReadAt(std::int64_t offset, char* buffer, std::size_t length) const {
+  const std::size_t count = ReadSomeAt(offset, buffer, length);
+  if (count < length)
+    Fail("read \"", path_, "\": ", length, " bytes at ", offset, " were asked for, but only ",
+         count, " are there");
+}
+
+std::size_t File::ReadSomeAt(std::int64_t offset, char* buffer, std::size_t length) const {
+  faults_->Step("read", path_);
+  std::size_t done = 0;
+  while (done < length) {
+    const ssize_t count = Uninterrupted([&] {
+      return pread(NumberOf(handle_), buffer + done, length - done,
+                   offset + static_cast<off_t>(done));
+    });
+    if (count < 0) FailWith("read", errno);
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+void File::WriteAt(std::int64_t offset, std::string_view bytes) {
+  faults_->Step("write", path_);
+  const int number = NumberOf(handle_);
+  while (!bytes.empty()) {
+    const ssize_t count =
+        Uninterrupted([&] { return pwrite(number, bytes.data(), bytes.size(), offset); });
+    if (count < 0) FailWith("write", ReasonOfChange(number, errno));
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+    offset += count;
+  }
+}
+
+void File::CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t length,
+                    std::int64_t offset) {
+  constexpr std::int64_t kLargestStep = std::int64_t{1} << 30;
+  const std::int64_t size = source.Size();
+  if (sourceOffset < 0 || length < 0 || length > size || sourceOffset > size - length)
+    Fail("read \"", source.path_, "\": ", length, " bytes at ", sourceOffset,
+         " don't lie within its ", size);
+  const int number = NumberOf(handle_);
+  while (length > 0) {
+    faults_->Step("copy to", path_);
+    const auto wanted = static_cast<std::size_t>(std::min(length, kLargestStep));
+    const ssize_t count = Uninterrupted([&] {
+      return copy_file_range(NumberOf(source.handle_), &sourceOffset, number, &offset, wanted, 0);
+    });
+    // Some file systems answer with 0 where they can't.
+    if (count == 0 || (count < 0 && NeedsCopyByHand(errno)))
+      return CopyByHand(source, sourceOffset, length, *this, offset);
+    if (count < 0) FailWith("copy to", ReasonOfChange(number, errno));
+    length -= count;
+  }
+}
+
+void File::Reserve(std::int64_t offset, std::int64_t length) {
+  faults_->Step("reserve", path_);
+  if (length == 0) return;
+  const int number = NumberOf(handle_);
+  const int result =
+      Uninterrupted([&] { return fallocate(number, FALLOC_FL_KEEP_SIZE, offset, length); });
+  if (result == 0 || errno == EOPNOTSUPP || errno == ENOSYS) return;
+  FailWith("reserve", ReasonOfChange(number, errno));
+}
+
+void File::SetSize(std::int64_t size) {
+  faults_->Step("resize", path_);
+  const int number = NumberOf(handle_);
+  if (Uninterrupted([&] { return ftruncate(number, size); }) != 0)
+    FailWith("resize", ReasonOfChange(number, errno));
+}
+
+void File::Sync() {
+  faults_->Step("sync", path_);
+  if (Uninterrupted([&] { return fsync(NumberOf(handle_)); }) != 0) FailWith("sync", errno);
+}
+
+void File::Close() {
+  if (handle_ < 0) return;
+  faults_->Step("close", path_);
+  // An interrupted close has closed all the same.
+  if (close(NumberOf(std::exchange(handle_, -1))) != 0 && errno != EINTR) FailWith("close", errno);
+}

@@ -1,0 +1,278 @@
+#include "platform/posix/Place.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "platform/DosPath.h"
+#include "platform/Text.h"
+
+namespace posix {
+
+namespace {
+
+using Kind = Place::Kind;
+
+bool IsAsciiLetter(char letter) {
+  const char lower = Text::LowerCase(letter);
+  return lower >= 'a' && lower <= 'z';
+}
+
+// A name on disk as engine text; nothing if DOS path text can't say it.
+std::optional<std::string> NameOnDisk(std::string_view native) {
+  if (native.find_first_of("\\:*?") != std::string_view::npos) return std::nullopt;
+  return Text::FromUtf8(native);
+}
+
+Kind KindOf(const struct stat& status) {
+  if (S_ISREG(status.st_mode)) return Kind::kFile;
+  return S_ISDIR(status.st_mode) ? Kind::kFolder : Kind::kSpecial;
+}
+
+bool ComesBefore(const std::string& left, const std::string& right) {
+  const std::string leftLower = Text::LowerCase(left);
+  const std::string rightLower = Text::LowerCase(right);
+  return leftLower != rightLower ? leftLower < rightLower : left < right;
+}
+
+// An open folder, entry by entry.
+class FolderWalk {
+ public:
+  explicit FolderWalk(const std::string& folder) : folder_(opendir(folder.c_str()), closedir) {
+    error_ = folder_ ? 0 : errno;
+  }
+  // The next entry but `.` and `..`; null at the end, or when the folder can't be read.
+  const dirent* Next() {
+    if (!folder_) return nullptr;
+    while (true) {
+      errno = 0;
+      const dirent* const entry = readdir(folder_.get());  // NOLINT(concurrency-mt-unsafe)
+      if (entry == nullptr) error_ = errno;
+      if (entry == nullptr || !IsDots(entry->d_name)) return entry;
+    }
+  }
+  [[nodiscard]] int Error() const { return error_; }
+  [[nodiscard]] int Number() const { return dirfd(folder_.get()); }
+
+ private:
+  static bool IsDots(std::string_view name) { return name == "." || name == ".."; }
+
+  std::unique_ptr<DIR, int (*)(DIR*)> folder_;
+  int error_;
+};
+
+bool HasEntry(const std::string& folder, const std::string& name, int& error) {
+  struct stat status = {};
+  if (fstatat(AT_FDCWD, Below(folder, Text::ToUtf8(name)).c_str(), &status, AT_SYMLINK_NOFOLLOW) ==
+      0)
+    return true;
+  // A name too long for this disk isn't on it.
+  error = errno == ENOENT || errno == ENAMETOOLONG ? 0 : errno;
+  return false;
+}
+
+// The name on disk, engine text, that one component stands for; nothing if there is none, and
+// then `error` is 0 unless the folder couldn't be looked at.
+std::optional<std::string> FindEntry(const std::string& folder, const std::string& written,
+                                     int& error) {
+  error = 0;
+  if (HasEntry(folder, written, error)) return written;
+  if (error != 0) return std::nullopt;
+  const std::string name(WithoutTrailingDots(written));
+  if (name.empty()) return std::nullopt;
+  if (name != written && HasEntry(folder, name, error)) return name;
+  if (error != 0) return std::nullopt;
+
+  std::optional<std::string> best;
+  FolderWalk walk(folder);
+  while (const dirent* const entry = walk.Next()) {
+    std::optional<std::string> found = NameOnDisk(entry->d_name);
+    if (!found) continue;
+    const bool matches =
+        Text::EqualsIgnoringCase(*found, name) || Text::EqualsIgnoringCase(*found, written);
+    if (matches && (!best || ComesBefore(*found, *best))) best = std::move(found);
+  }
+  // A folder may let its entries be opened and yet not be listed: then exact names are all.
+  if (walk.Error() != EACCES) error = walk.Error();
+  return best;
+}
+
+// Where a path begins; nothing, and the reason in errno, if there is no such place.
+std::optional<std::string> StartOf(const WinePrefix& prefix, const DosPathParts& parts) {
+  if (!parts.fromCurrentFolder) {
+    if (parts.drive == 'z') return "/";
+    errno = ENODEV;
+    return prefix ? DriveOfPrefix(*prefix, parts.drive) : std::nullopt;
+  }
+  const std::unique_ptr<char, void (*)(void*)> current(getcwd(nullptr, 0), std::free);
+  if (!current) return std::nullopt;
+  std::string folder = current.get();
+  for (std::size_t i = 0; i < parts.up && folder != "/"; ++i) folder = FolderOf(folder);
+  return folder;
+}
+
+Place Nowhere(std::string native, int error) {
+  Place place;
+  place.native = std::move(native);
+  place.error = error;
+  return place;
+}
+
+void Stat(Place& place) {
+  place.kind = Kind::kNowhere;
+  place.error = 0;
+  if (stat(place.native.c_str(), &place.status) == 0)
+    place.kind = KindOf(place.status);
+  else
+    place.error = errno;
+}
+
+// Steps from the folder `place` to one of its entries.
+void Enter(Place& place, const std::string& written) {
+  const std::string folder = place.native;
+  place.asWritten = WithoutTrailingDots(written);
+  int error = 0;
+  const std::optional<std::string> found = FindEntry(folder, written, error);
+  place.name = found.value_or(place.asWritten);
+  place.native = Below(folder, Text::ToUtf8(place.name));
+  if (found) {
+    Stat(place);
+  } else if (error != 0) {
+    place = Nowhere(folder, error);
+  } else {
+    place.kind = Kind::kFree;
+  }
+}
+
+}  // namespace
+
+DosPathParts ParseDosPath(std::string_view path) {
+  DosPathParts parts;
+  if (path.empty() || path.find('\0') != std::string_view::npos) return parts;
+  const std::size_t colon = path.find(':');
+  if (colon != std::string_view::npos) {
+    if (colon != 1 || !IsAsciiLetter(path[0])) return parts;
+    parts.drive = Text::LowerCase(path[0]);
+    path.remove_prefix(2);
+    if (path.find(':') != std::string_view::npos) return parts;
+  }
+  constexpr std::string_view kSeparators = "\\/";
+  const auto isSeparator = [&](char letter) {
+    return kSeparators.find(letter) != std::string_view::npos;
+  };
+  parts.valid = true;
+  parts.fromCurrentFolder = parts.drive == 'z' && (path.empty() || !isSeparator(path.front()));
+  parts.endsInSeparator = !path.empty() && isSeparator(path.back());
+  while (!path.empty()) {
+    const std::string_view name = path.substr(0, path.find_first_of(kSeparators));
+    path.remove_prefix(std::min(path.size(), name.size() + 1));
+    if (name == ".." && parts.names.empty())
+      ++parts.up;
+    else if (name == "..")
+      parts.names.pop_back();
+    else if (!name.empty() && name != ".")
+      parts.names.emplace_back(name);
+  }
+  return parts;
+}
+
+Place FindPlace(const WinePrefix& prefix, std::string_view path) {
+  return FindPlace(prefix, ParseDosPath(path));
+}
+
+Place FindPlace(const WinePrefix& prefix, const DosPathParts& parts) {
+  const bool sayable = parts.valid && std::none_of(parts.names.begin(), parts.names.end(),
+                                                   [](const std::string& name) {
+                                                     return DosPath::HasWildcards(name);
+                                                   });
+  if (!sayable) return Nowhere({}, EINVAL);
+  const std::optional<std::string> start = StartOf(prefix, parts);
+  if (!start) return Nowhere({}, errno);
+
+  Place place;
+  place.native = *start;
+  Stat(place);
+  for (auto name = parts.names.begin(); name != parts.names.end(); ++name) {
+    if (place.kind == Kind::kFree) {
+      place = Nowhere(FolderOf(place.native), ENOENT);
+      place.missing.assign(name - 1, parts.names.end());
+      return place;
+    }
+    if (place.kind == Kind::kNowhere) return place;
+    if (place.kind != Kind::kFolder) return Nowhere(place.native, ENOTDIR);
+    Enter(place, *name);
+  }
+  place.endsInSeparator = parts.endsInSeparator;
+  if (parts.endsInSeparator && (place.kind == Kind::kFile || place.kind == Kind::kSpecial))
+    return Nowhere(place.native, ENOTDIR);
+  return place;
+}
+
+std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_view pattern) {
+  std::vector<FolderEntry> entries;
+  FolderWalk walk(folder);
+  while (const dirent* const entry = walk.Next()) {
+    std::optional<std::string> name = NameOnDisk(entry->d_name);
+    if (!name || !DosPath::MatchesWildcards(*name, pattern)) continue;
+    Kind kind = entry->d_type == DT_DIR ? Kind::kFolder : Kind::kFile;
+    if (entry->d_type != DT_REG && entry->d_type != DT_DIR) {
+      struct stat status = {};
+      if (fstatat(walk.Number(), entry->d_name, &status, 0) != 0) continue;
+      kind = KindOf(status);
+    }
+    entries.push_back({entry->d_name, *std::move(name), kind});
+  }
+  std::sort(entries.begin(), entries.end(), [](const FolderEntry& left, const FolderEntry& right) {
+    return ComesBefore(left.name, right.name);
+  });
+  return entries;
+}
+
+std::optional<std::string> DriveOfPrefix(const std::filesystem::path& prefix, char letter) {
+  const std::string link = (prefix / "dosdevices" / std::string{letter, ':'}).string();
+  struct stat status = {};
+  const bool isFolder = stat(link.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (isFolder) return RealPath(link);
+  errno = ENODEV;
+  return std::nullopt;
+}
+
+std::optional<std::string> DosTextOf(const std::filesystem::path& native) {
+  std::string text = "Z:";
+  for (const std::filesystem::path& part : native.relative_path()) {
+    if (part.empty() || part == ".") continue;
+    const std::optional<std::string> name = NameOnDisk(part.native());
+    if (!name) return std::nullopt;
+    text.append("\\").append(*name);
+  }
+  return text.size() == 2 ? "Z:\\" : text;
+}
+
+bool IsWriteProtected(const struct stat& status) {
+  return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+}
+
+std::string_view WithoutTrailingDots(std::string_view name) {
+  return name.substr(0, name.find_last_not_of(". ") + 1);
+}
+
+std::string Below(const std::string& folder, const std::string& name) {
+  return folder.ends_with('/') ? folder + name : folder + "/" + name;
+}
+
+std::string FolderOf(const std::string& native) {
+  const std::size_t slash = native.rfind('/');
+  return slash == 0 || slash == std::string::npos ? "/" : native.substr(0, slash);
+}
+
+std::optional<std::string> RealPath(const std::string& native) {
+  const std::unique_ptr<char, void (*)(void*)> real(realpath(native.c_str(), nullptr), std::free);
+  return real ? std::optional<std::string>(real.get()) : std::nullopt;
+}
+
+}  // namespace posix
