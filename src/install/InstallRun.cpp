@@ -12,14 +12,16 @@ std::vector<StoppedScript> RunInstall(InstallSession& session) {
   };
 
   session.InstallRunning = true;
-  const std::vector<udtMod>& mods = session.Pack.Mods;
-  session.Host.SetTotalProgressMax(static_cast<std::int32_t>(mods.size()) - 1);
-  for (std::size_t i = 1; i < mods.size(); ++i) {
+  const std::size_t last = session.Pack.Mods.size() - 1;
+  session.Host.SetTotalProgressMax(static_cast<std::int32_t>(last));
+  for (std::size_t i = 1; i <= last; ++i) {
     session.Host.SetTotalProgress(static_cast<std::int32_t>(i));
-    session.SetStatus("Installiere Mod: " + mods[i].Name);
-    if (mods[i].Selected) {
+    // Another pack, with fewer mods, may have been opened by an event: that ends the run.
+    const udtMod& mod = session.Pack.Mods.at(i);
+    session.SetStatus("Installiere Mod: " + mod.Name);
+    if (mod.Selected) {
       session.Host.ShowProgressPage();
-      runScript(i, mods[i].InstallScript);
+      runScript(i, mod.InstallScript);
     }
   }
   runScript(0, session.Pack.EndScript);

@@ -78,7 +78,8 @@ class ScriptRun {
   void Open(const std::string& thing);
 
   InstallSession& session_;
-  std::vector<std::string_view> lines_;
+  const std::string script_;  // a copy: the catalogue may change while events run
+  const std::vector<std::string_view> lines_;
   std::size_t lineNumber_ = 0;
   std::string_view line_;
 

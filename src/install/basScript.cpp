@@ -68,7 +68,7 @@ const std::vector<ScriptRun::Command>& ScriptRun::Commands() {
 }
 
 ScriptRun::ScriptRun(InstallSession& session, std::string_view script)
-    : session_(session), lines_(SplitLines(script)) {}
+    : session_(session), script_(script), lines_(SplitLines(script_)) {}
 
 void ScriptRun::Run() {
   session_.Host.SetModProgressMax(static_cast<std::int32_t>(lines_.size()) - 1);
