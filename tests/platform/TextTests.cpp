@@ -1,0 +1,103 @@
+#include <cmath>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/Failure.h"
+#include "platform/Text.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+std::string AllBytes() {
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+  return bytes;
+}
+
+TEST(Text, EveryByteSurvivesTheWayThroughUtf8) {
+  const std::string utf8 = Text::ToUtf8(AllBytes());
+  EXPECT_EQ(Text::FromUtf8(utf8), AllBytes());
+  EXPECT_EQ(Text::ToUtf8("\x80\x81\x8E\x99\x9D\x9F\xA0\xC4\xFF"),
+            "\u20AC\u0081\u017D\u2122\u009D\u0178\u00A0\u00C4\u00FF");
+  EXPECT_EQ(Text::ToUtf16("A\x80\x81\xC4"), u"A\u20AC\u0081\u00C4");
+}
+
+TEST(Text, FromUtf8RefusesWhatIsMalformedOrUnknown) {
+  const std::vector<std::string> bad = {
+      "\x80",              // a continuation by itself
+      "a\xC3",             // cut short
+      "\xC3\x28",          // no continuation
+      "\xC1\x81",          // two bytes for one
+      "\xE0\x83\x84",      // three bytes for two
+      "\xF0\x80\x83\x84",  // four bytes for two
+      "\xED\xA0\x80",      // half of a pair
+      "\xFF",
+      "\u0080",       // a control character whose byte means the euro sign
+      "\u0099",       // and the trade mark sign
+      "\u0100",       // a letter that the code page lacks
+      "a\u0308",      // a with a separate diaeresis
+      "\U0001F600"};  // four bytes
+  for (const std::string& utf8 : bad) EXPECT_EQ(Text::FromUtf8(utf8), std::nullopt) << utf8;
+}
+
+TEST(Text, LowerCaseKnowsTheLettersOfTheCodePage) {
+  EXPECT_EQ(Text::LowerCase("AZ@[\xC0\xC4\xD6\xDC\xDE\x8A\x8C\x8E\x9F"),
+            "az@[\xE0\xE4\xF6\xFC\xFE\x9A\x9C\x9E\xFF");
+  // No letters: the multiplication and division signs, sharp s, and the rest of the specials.
+  EXPECT_EQ(Text::LowerCase("\xD7\xF7\xDF\x80\x8B\x8D\x8F\x99"),
+            "\xD7\xF7\xDF\x80\x8B\x8D\x8F\x99");
+  EXPECT_TRUE(Text::EqualsIgnoringCase("L\xD6SCHE", "l\xF6sche"));
+  EXPECT_FALSE(Text::EqualsIgnoringCase("ab", "abc"));
+}
+
+TEST(Text, WholeNumberTakesDecimalNumbersOnly) {
+  struct Case {
+    const char* text;
+    std::optional<std::int32_t> number;
+  };
+  const std::vector<Case> cases = {{"0", 0},
+                                   {" 42 ", 42},
+                                   {"+7", 7},
+                                   {"-7", -7},
+                                   {"007", 7},
+                                   {"2147483647", 2147483647},
+                                   {"-2147483648", -2147483647 - 1},
+                                   {"2147483648", std::nullopt},
+                                   {"-2147483649", std::nullopt},
+                                   {"", std::nullopt},
+                                   {" ", std::nullopt},
+                                   {"+", std::nullopt},
+                                   {"+-1", std::nullopt},
+                                   {"- 1", std::nullopt},
+                                   {"1 2", std::nullopt},
+                                   {"1.0", std::nullopt},
+                                   {"\t1", std::nullopt},
+                                   {"&H1", std::nullopt},
+                                   {"1e3", std::nullopt}};
+  for (const auto& [text, number] : cases) EXPECT_EQ(Text::WholeNumber(text), number) << text;
+}
+
+TEST(Text, CheckedInt16RoundsTiesToEvenAndRefusesTheRest) {
+  EXPECT_EQ(Text::CheckedInt16(2.5, "x"), 2);
+  EXPECT_EQ(Text::CheckedInt16(3.5, "x"), 4);
+  EXPECT_EQ(Text::CheckedInt16(-2.5, "x"), -2);
+  EXPECT_EQ(Text::CheckedInt16(32767.4, "x"), 32767);
+  EXPECT_EQ(Text::CheckedInt16(-32768.5, "x"), -32768);
+  for (const double value : {32767.5, -32768.6, 1e300, std::nan(""), HUGE_VAL})
+    EXPECT_THROW(Text::CheckedInt16(value, "x"), Failure) << value;
+}
+
+TEST(Text, TrimAndReplace) {
+  EXPECT_EQ(Text::Trim("  a b\t "), "a b\t");
+  EXPECT_EQ(Text::Trim(" \ta\t ", " \t"), "a");
+  EXPECT_EQ(Text::Trim("   "), "");
+  EXPECT_EQ(Text::Replace("aaa", "aa", "b"), "ba");
+  EXPECT_EQ(Text::Replace("x<nl><nl>", "<nl>", "\r\n"), "x\r\n\r\n");
+  EXPECT_EQ(Text::Replace("", "a", "b"), "");
+}
+
+}  // namespace
