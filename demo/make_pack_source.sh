@@ -1,6 +1,7 @@
 #!/bin/sh
-# make_pack_source.sh OUTDIR: puts the source folder of the demo pack together in OUTDIR, which is
-# replaced: what is in pack/, and the rendered pictures. Then: kvpk build OUTDIR PACK.kvpk
+# make_pack_source.sh OUTDIR: puts the source folder of the demo pack together in OUTDIR: what is in
+# pack/, and the rendered pictures. Then: kvpk build OUTDIR PACK.kvpk
+# OUTDIR is made anew; it must be empty or have been made by this script.
 set -eu
 here=$(dirname "$0")
 if [ $# -ne 1 ]; then
@@ -8,14 +9,13 @@ if [ $# -ne 1 ]; then
   exit 2
 fi
 out=$1
-# Only a folder that this script made is removed.
-if [ -e "$out" ] && [ ! -e "$out/pack.ini" ]; then
-  if [ ! -d "$out" ] || [ -n "$(ls -A "$out")" ]; then
-    echo "$0: $out exists and isn't a pack's source folder" >&2
-    exit 1
-  fi
+mark=.made-by-make_pack_source
+if [ -e "$out" ] && [ ! -e "$out/$mark" ] && [ -n "$(ls -A "$out")" ]; then
+  echo "$0: $out exists and isn't a folder that this script made" >&2
+  exit 1
 fi
 rm -rf "$out"
-mkdir -p "$(dirname "$out")"
-cp -R "$here/pack" "$out"
+mkdir -p "$out"
+cp -R "$here/pack/." "$out"
+: > "$out/$mark"
 "$here/render_pictures.sh" "$out/pictures"
