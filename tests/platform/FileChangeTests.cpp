@@ -1,0 +1,312 @@
+// What the file layer changes on disk, and what it leaves alone when it fails.
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+class FileChange : public testing::Test {
+ protected:
+  [[nodiscard]] std::string Dos(const std::string& below) const { return folder_.Dos(below); }
+  void SetMode(const char* below, mode_t mode) const {
+    ASSERT_EQ(chmod(folder_.At(below).c_str(), mode), 0);
+  }
+  [[nodiscard]] mode_t Mode(const char* below) const {
+    struct stat status = {};
+    return stat(folder_.At(below).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+  // The number of the failure; -1 if there is none.
+  static int NumberOfFailure(const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const Failure& failure) {
+      return failure.Number();
+    }
+    return -1;
+  }
+
+  TempFolder folder_;
+  FileSystem files_;
+};
+
+TEST_F(FileChange, AFileIsReadAndWrittenAtOffsets) {
+  File file = files_.OpenBinary(Dos("New.bin"));
+  EXPECT_EQ(file.Size(), 0);
+  file.WriteAt(4, "abcd");
+  file.WriteAt(1, "x");
+  EXPECT_EQ(file.ReadAt(0, 8), std::string("\0x\0\0abcd", 8));
+  file.Reserve(0, 1 << 20);
+  EXPECT_EQ(file.Size(), 8);
+  file.SetSize(6);
+  char buffer[4] = {};
+  EXPECT_EQ(file.ReadSomeAt(4, buffer, 4), 2U);
+  EXPECT_EQ(file.ReadSomeAt(6, buffer, 4), 0U);
+  EXPECT_THROW(file.ReadAt(4, buffer, 4), Failure);
+  constexpr auto kHuge = std::numeric_limits<std::int64_t>::max();
+  struct Range {
+    std::int64_t offset;
+    std::int64_t length;
+  };
+  for (const auto& [offset, length] :
+       {Range{-1, 1}, Range{0, -1}, Range{0, 7}, Range{7, 0}, Range{kHuge, 1}, Range{1, kHuge}})
+    EXPECT_THROW(static_cast<void>(file.ReadAt(offset, length)), Failure) << offset;
+  EXPECT_THROW(file.WriteAt(-1, "x"), Failure);
+  EXPECT_THROW(file.SetSize(-1), Failure);
+  EXPECT_THROW(file.Reserve(-1, 1), Failure);
+  file.Close();
+  EXPECT_EQ(folder_.Read("New.bin"), std::string("\0x\0\0ab", 6));
+}
+
+TEST_F(FileChange, CopyFromTakesTheRangeAndNothingBeyondTheEnd) {
+  const std::string large(3000000, 'x');
+  folder_.Write("source", "head" + large + "tail");
+  const File source = files_.OpenForReading(Dos("source"));
+  File target = files_.Create(Dos("target"));
+  target.CopyFrom(source, 4, 3000000, 2);
+  EXPECT_EQ(target.ReadAt(0, target.Size()), std::string(2, '\0') + large);
+  EXPECT_THROW(target.CopyFrom(source, 4, 3000005, 0), Failure);
+  EXPECT_THROW(target.CopyFrom(source, -1, 1, 0), Failure);
+  EXPECT_THROW(target.CopyFrom(source, 0, -1, 0), Failure);
+  EXPECT_EQ(target.Size(), 3000002);
+}
+
+TEST_F(FileChange, NewFilesGetTheNameAsWritten) {
+  folder_.MakeFolder("Data");
+  files_.WriteWhole(Dos("DATA\\\xC4rger.TXT. "), "a");
+  EXPECT_EQ(folder_.Read("Data/\u00C4rger.TXT"), "a");
+  files_.ReplaceWhole(Dos("data\\\xE4RGER.txt"), "longer");
+  files_.WriteWhole(Dos("data\\\xE4RGER.txt"), "b");
+  EXPECT_EQ(folder_.List("Data"), Names{"\u00C4rger.TXT"});
+  EXPECT_EQ(folder_.Read("Data/\u00C4rger.TXT"), "b");
+  for (const char* name : {"a<b", "a|b", "a\"b", "nul", "COM1.txt", "...", " ", "a\nb", "x\\",
+                           "no\\x", "a*", "a:b", "Data"}) {
+    EXPECT_THROW(files_.WriteWhole(Dos(name), "x"), Failure) << name;
+    EXPECT_THROW(static_cast<void>(files_.Create(Dos(name))), Failure) << name;
+    EXPECT_THROW(files_.Copy(Dos("data\\\xE4rger.txt"), Dos(name)), Failure) << name;
+  }
+  for (const char* name : {"a<b", "nul", " ", "no\\x", "Data", "DATA\\\xC4rger.txt"})
+    EXPECT_THROW(files_.CreateFolder(Dos(name)), Failure) << name;
+  EXPECT_EQ(folder_.List(), Names{"Data"});
+}
+
+TEST_F(FileChange, CopyReplacesAndKeepsNameModeAndTime) {
+  folder_.Write("from.txt", "new");
+  folder_.Write("sub/To.txt", "old and longer");
+  SetMode("from.txt", 0640);
+  SetMode("sub/To.txt", 0604);
+  const auto time = fs::last_write_time(folder_.At("from.txt")) - std::chrono::hours(1000);
+  fs::last_write_time(folder_.At("from.txt"), time);
+  files_.Copy(Dos("FROM.TXT"), Dos("sub\\TO.TXT"));
+  files_.Copy(Dos("from.txt"), Dos("sub\\New.txt"));
+  EXPECT_EQ(folder_.List("sub"), (Names{"New.txt", "To.txt"}));
+  EXPECT_EQ(folder_.Read("sub/To.txt"), "new");
+  EXPECT_EQ(folder_.Read("sub/New.txt"), "new");
+  EXPECT_EQ(Mode("sub/To.txt"), 0604U);
+  EXPECT_EQ(Mode("sub/New.txt"), 0640U);
+  EXPECT_EQ(fs::last_write_time(folder_.At("sub/To.txt")), time);
+  EXPECT_EQ(fs::last_write_time(folder_.At("sub/New.txt")), time);
+}
+
+TEST_F(FileChange, CopyRefusesItselfFoldersAndWhatIsMissing) {
+  folder_.Write("a.txt", "a");
+  folder_.MakeFolder("folder");
+  fs::create_symlink("a.txt", folder_.At("link"));
+  fs::create_hard_link(folder_.At("a.txt"), folder_.At("second"));
+  for (const char* target :
+       {"a.txt", "A.TXT", "link", "second", "folder", "folder\\", "none\\a.txt"})
+    EXPECT_THROW(files_.Copy(Dos("a.txt"), Dos(target)), Failure) << target;
+  EXPECT_THROW(files_.Copy(Dos("none"), Dos("b")), Failure);
+  EXPECT_THROW(files_.Copy(Dos("folder"), Dos("b")), Failure);
+  EXPECT_EQ(folder_.Read("a.txt"), "a");
+  EXPECT_EQ(folder_.List(), (Names{"a.txt", "folder", "link", "second"}));
+}
+
+TEST_F(FileChange, ALinkToAFileStaysOne) {
+  folder_.Write("real/file.txt", "old");
+  folder_.Write("source.txt", "copied");
+  folder_.Write("rebuilt.txt", "rebuilt");
+  fs::create_symlink("real/file.txt", folder_.At("link.txt"));
+  files_.ReplaceWhole(Dos("LINK.txt"), "replaced");
+  EXPECT_EQ(folder_.Read("real/file.txt"), "replaced");
+  files_.Copy(Dos("source.txt"), Dos("link.txt"));
+  EXPECT_EQ(folder_.Read("real/file.txt"), "copied");
+  files_.PutInPlace(Dos("rebuilt.txt"), Dos("link.txt"));
+  EXPECT_EQ(folder_.Read("real/file.txt"), "rebuilt");
+  EXPECT_TRUE(fs::is_symlink(folder_.At("link.txt")));
+  files_.Delete(Dos("link.txt"));
+  EXPECT_EQ(folder_.List(), (Names{"real", "source.txt"}));
+  EXPECT_EQ(folder_.List("real"), Names{"file.txt"});
+}
+
+TEST_F(FileChange, AWriteProtectedFileIsLeftAloneByRootToo) {
+  folder_.Write("locked.txt", "old");
+  folder_.Write("other.txt", "new");
+  SetMode("locked.txt", 0444);
+  const std::string path = Dos("locked.txt");
+  const std::vector<std::function<void()>> changes = {
+      [&] { static_cast<void>(files_.Create(path)); },
+      [&] { files_.WriteWhole(path, "x"); },
+      [&] { files_.ReplaceWhole(path, "x"); },
+      [&] { files_.Copy(Dos("other.txt"), path); },
+      [&] { files_.PutInPlace(Dos("other.txt"), path); },
+      [&] { files_.Delete(path); },
+      [&] { files_.Delete(Dos("locked.*")); },
+      [&] { files_.OpenBinary(path).WriteAt(0, "x"); },
+      [&] { files_.OpenBinary(path).SetSize(0); },
+      [&] { files_.OpenBinary(path).Reserve(0, 1); },
+      [&] { files_.OpenBinary(path).CopyFrom(files_.OpenForReading(Dos("other.txt")), 0, 1, 0); }};
+  for (std::size_t i = 0; i < changes.size(); ++i)
+    EXPECT_EQ(NumberOfFailure(changes[i]), EACCES) << i;
+  EXPECT_EQ(files_.OpenBinary(path).ReadAt(0, 3), "old");
+  EXPECT_EQ(folder_.Read("locked.txt"), "old");
+  EXPECT_EQ(folder_.List(), (Names{"locked.txt", "other.txt"}));
+  files_.Rename(path, Dos("renamed.txt"));
+  files_.Copy(Dos("renamed.txt"), Dos("copy.txt"));
+  EXPECT_EQ(Mode("copy.txt"), 0444U);
+}
+
+TEST_F(FileChange, DeleteGoesByNameOrPattern) {
+  for (const char* name : {"a.txt", "B.TXT", "c.dat", ".hidden", ".a.txt"}) folder_.Write(name, "");
+  folder_.MakeFolder("d.txt");
+  files_.Delete(Dos("*.txt"));
+  EXPECT_EQ(folder_.List(), (Names{".a.txt", ".hidden", "c.dat", "d.txt"}));
+  for (const char* name : {"*.txt", "none", "d.txt", "d.txt\\*", "c.dat\\", "x\\*", ".h*"})
+    EXPECT_THROW(files_.Delete(Dos(name)), Failure) << name;
+  files_.Delete(Dos(".Hidden"));
+  files_.Delete(Dos("C.dat"));
+  EXPECT_EQ(folder_.List(), (Names{".a.txt", "d.txt"}));
+}
+
+TEST_F(FileChange, RenameTakesFreeNamesAndOtherCase) {
+  folder_.Write("a.txt", "a");
+  folder_.Write("b.txt", "b");
+  folder_.Write("Folder/x", "x");
+  for (const char* target :
+       {"b.txt", "B.TXT", "folder", "a.txt", "a.txt.", "none\\a", "con", "x|y"})
+    EXPECT_THROW(files_.Rename(Dos("a.txt"), Dos(target)), Failure) << target;
+  EXPECT_THROW(files_.Rename(Dos("none"), Dos("c")), Failure);
+  EXPECT_THROW(files_.Rename(Dos("folder"), Dos("folder\\sub")), Failure);
+  EXPECT_EQ(folder_.List(), (Names{"Folder", "a.txt", "b.txt"}));
+  files_.Rename(Dos("A.txt"), Dos("A.TXT"));
+  files_.Rename(Dos("b.TXT"), Dos("folder\\New.txt"));
+  files_.Rename(Dos("FOLDER"), Dos("fOLDER"));
+  EXPECT_EQ(folder_.List(), (Names{"A.TXT", "fOLDER"}));
+  EXPECT_EQ(folder_.List("fOLDER"), (Names{"New.txt", "x"}));
+  EXPECT_EQ(folder_.Read("fOLDER/New.txt"), "b");
+}
+
+TEST_F(FileChange, FoldersAreMadeAndRemovedOneByOne) {
+  files_.CreateFolder(Dos("New"));
+  files_.CreateFolder(Dos("NEW\\Sub\\"));
+  EXPECT_EQ(folder_.List("New"), Names{"Sub"});
+  folder_.Write("file", "x");
+  for (const char* name : {"new", "file", "none"})
+    EXPECT_THROW(files_.RemoveFolder(Dos(name)), Failure) << name;
+  files_.RemoveFolder(Dos("new\\sub\\"));
+  files_.RemoveFolder(Dos("new"));
+  EXPECT_EQ(folder_.List(), Names{"file"});
+}
+
+TEST_F(FileChange, PutInPlaceKeepsNameAndMode) {
+  folder_.Write("Old.img", "old");
+  folder_.Write("old.img.new", "new");
+  SetMode("Old.img", 0640);
+  files_.PutInPlace(Dos("old.img.new"), Dos("OLD.IMG"));
+  EXPECT_EQ(folder_.List(), Names{"Old.img"});
+  EXPECT_EQ(folder_.Read("Old.img"), "new");
+  EXPECT_EQ(Mode("Old.img"), 0640U);
+  EXPECT_THROW(files_.PutInPlace(Dos("old.img"), Dos("old.img")), Failure);
+  EXPECT_THROW(files_.PutInPlace(Dos("none"), Dos("old.img")), Failure);
+  EXPECT_THROW(files_.PutInPlace(Dos("old.img"), Dos("none")), Failure);
+  EXPECT_EQ(folder_.Read("Old.img"), "new");
+}
+
+TEST_F(FileChange, AReadOnlyFileSystemChangesNothing) {
+  folder_.Write("a.txt", "old");
+  folder_.MakeFolder("folder");
+  const FileSystem files({std::nullopt, true});
+  const std::vector<std::function<void()>> changes = {
+      [&] { static_cast<void>(files.Create(Dos("a.txt"))); },
+      [&] { static_cast<void>(files.OpenBinary(Dos("new"))); },
+      [&] { files.OpenBinary(Dos("a.txt")).WriteAt(0, "x"); },
+      [&] { files.WriteWhole(Dos("a.txt"), "x"); },
+      [&] { files.ReplaceWhole(Dos("a.txt"), "x"); },
+      [&] { files.Copy(Dos("a.txt"), Dos("new")); },
+      [&] { files.Delete(Dos("a.txt")); },
+      [&] { files.Delete(Dos("*")); },
+      [&] { files.Rename(Dos("a.txt"), Dos("new")); },
+      [&] { files.CreateFolder(Dos("new")); },
+      [&] { files.RemoveFolder(Dos("folder")); }};
+  for (std::size_t i = 0; i < changes.size(); ++i) EXPECT_THROW(changes[i](), Failure) << i;
+  EXPECT_EQ(folder_.List(), (Names{"a.txt", "folder"}));
+  EXPECT_EQ(files.OpenBinary(Dos("a.txt")).ReadAt(0, 3), "old");
+}
+
+// Runs `change` with its first, second, ... operation failing, until none is left to fail, and
+// looks after each failure whether all is as before.
+TEST_F(FileChange, AFailedReplacementLeavesAllAsItWas) {
+  const std::vector<std::function<void()>> changes = {
+      [&] { files_.Copy(Dos("source"), Dos("target")); },
+      [&] { files_.Copy(Dos("source"), Dos("fresh")); },
+      [&] { files_.ReplaceWhole(Dos("target"), "new content"); },
+      [&] { files_.ReplaceWhole(Dos("fresh"), "new content"); },
+      [&] { files_.WriteWhole(Dos("fresh"), "new content"); },
+      [&] { files_.PutInPlace(Dos("source"), Dos("target")); },
+      [&] { files_.Rename(Dos("source"), Dos("fresh")); },
+      [&] { files_.Delete(Dos("target")); }};
+  folder_.Write("source", "source");
+  folder_.Write("target", "old");
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    int failing = 1;
+    files_.Faults().FailAt(1);
+    for (; failing < 100 && NumberOfFailure(changes[i]) > 0; ++failing) {
+      EXPECT_EQ(folder_.List(), (Names{"source", "target"})) << i << ", " << failing;
+      EXPECT_EQ(folder_.Read("source") + folder_.Read("target"), "sourceold") << i;
+      files_.Faults().FailAt(failing + 1);
+    }
+    EXPECT_GT(failing, 1) << i;
+    files_.Faults().FailAt(0);
+    fs::remove(folder_.At("fresh"));
+    folder_.Write("source", "source");
+    folder_.Write("target", "old");
+  }
+}
+
+TEST_F(FileChange, WriteWholeLeavesTheOldContentOnAFullDisk) {
+  folder_.Write("target", "the old content");
+  // Opening is the first operation, making room the second.
+  files_.Faults().FailAt(2);
+  EXPECT_EQ(NumberOfFailure([&] { files_.WriteWhole(Dos("target"), "new"); }), ENOSPC);
+  EXPECT_EQ(folder_.Read("target"), "the old content");
+}
+
+TEST_F(FileChange, FaultsFailOnceOrForGood) {
+  folder_.Write("a", "a");
+  FaultPlan& faults = files_.Faults();
+  faults.FailAt(2, true);
+  static_cast<void>(files_.OpenForReading(Dos("a")));
+  EXPECT_EQ(NumberOfFailure([&] { static_cast<void>(files_.OpenForReading(Dos("a"))); }), EIO);
+  EXPECT_EQ(files_.ReadWhole(Dos("a")), "a");
+  EXPECT_EQ(faults.Count(), 4);
+  faults.FailAt(1);
+  for (int i = 0; i < 3; ++i)
+    EXPECT_THROW(static_cast<void>(files_.OpenForReading(Dos("a"))), Failure);
+}
+
+}  // namespace
