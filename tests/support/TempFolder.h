@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -44,7 +44,9 @@ class TempFolder {
   [[nodiscard]] std::string Read(std::string_view below) const {
     std::ifstream file(At(below), std::ios::binary);
     if (!file) return "(missing)";
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
   }
   void MakeFolder(std::string_view below) const { std::filesystem::create_directories(At(below)); }
   /// The names in a folder, in order of their bytes.
