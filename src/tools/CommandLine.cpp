@@ -1,0 +1,48 @@
+#include "tools/CommandLine.h"
+
+#include <exception>
+
+#include <CLI/CLI.hpp>
+
+#include "core/basDebugLog.h"
+#include "tools/ArchiveCommands.h"
+#include "tools/InstallCommands.h"
+#include "tools/PackCommands.h"
+#include "tools/Report.h"
+
+namespace {
+
+/// Runs what the command line asked for. Each failure is one line on stderr.
+int Run(const Action& chosen) {
+  try {
+    return chosen();
+  } catch (const UsageError& error) {
+    PrintError(error.what());
+    return ExitStatus::kUsage;
+  } catch (const std::exception& failure) {
+    PrintError(failure.what());
+    return ExitStatus::kUnusable;
+  }
+}
+
+}  // namespace
+
+int RunKvpk(int argc, char** argv) {
+  basDebugLog::SetRecorder(LogRecorder());
+  CLI::App app("Makes, looks into and installs KELVO mod packs, and edits IMG archives.", "kvpk");
+  app.set_version_flag("--version", "kvpk " KELVO_VERSION);
+  app.require_subcommand(1);
+  app.footer(
+      "Exit status: 0 done, 1 the input can't be used, 2 wrong usage, 3 a script stopped early.");
+
+  Action chosen;
+  AddArchiveCommands(app, chosen);
+  AddPackCommands(app, chosen);
+  AddInstallCommands(app, chosen);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? ExitStatus::kDone : ExitStatus::kUsage;
+  }
+  return Run(chosen);
+}

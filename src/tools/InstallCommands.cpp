@@ -1,0 +1,150 @@
+#include "tools/InstallCommands.h"
+
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "core/basMain.h"
+#include "install/InstallRun.h"
+#include "install/InstallSession.h"
+#include "install/basScript.h"
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "platform/Shell.h"
+#include "platform/Terminal.h"
+#include "platform/Text.h"
+#include "tools/ConsoleHost.h"
+#include "tools/OpenPack.h"
+#include "tools/OwnTempFolder.h"
+#include "tools/Paths.h"
+
+namespace {
+
+struct InstallArguments {
+  std::string script;
+  std::string pack;
+  std::string game;
+  std::string temp;
+  std::string mods;
+  bool anyDirectory = false;
+};
+
+/// The folder for the run's temp files: the one that the user names, which is made if need be and
+/// stays, or else one of the run's own.
+class RunFolder {
+ public:
+  RunFolder(const FileSystem& files, const std::string& named) {
+    if (named.empty()) {
+      dosPath_ = own_.emplace(files).DosPath();
+      return;
+    }
+    dosPath_ = files.ToDosText(NativePath(named));
+    if (!std::filesystem::is_directory(NativePath(named))) files.CreateFolder(dosPath_);
+  }
+  [[nodiscard]] const std::string& DosPath() const { return dosPath_; }
+
+ private:
+  std::optional<OwnTempFolder> own_;
+  std::string dosPath_;
+};
+
+std::string Described(const basScript::ScriptStop& stop) {
+  return Concat("line ", stop.lineNumber, ", \"", stop.line, "\": ", stop.cause);
+}
+
+int RunScript(const InstallArguments& arguments) {
+  const FileSystem files(FileSystemOptions::FromEnvironment());
+  const std::string script = files.ReadWhole(ExistingFile(files, arguments.script));
+  const std::string game = ExistingFolder(files, arguments.game);
+  const RunFolder temp(files, arguments.temp);
+  ScriptConsole host;
+  DesktopOpener shell(files);
+  InstallSession session(files, host, shell, temp.DosPath());
+  session.SAInstallDir = game;
+  if (!arguments.pack.empty()) LoadExisting(files, session.ModPackIMG, arguments.pack);
+
+  const auto stop = basScript::RunInstallScript(session, script);
+  std::cout << "progress: " << host.ModRange().Value() << '/' << host.ModRange().Max() << '\n';
+  if (!stop) return ExitStatus::kDone;
+  PrintError("\"" + EngineText(arguments.script) + "\" stopped at " + Described(*stop));
+  return ExitStatus::kStopped;
+}
+
+/// Ticks exactly the mods that `list` names by their catalogue numbers, such as "1,3,4".
+void SelectMods(Catalogue& catalogue, const std::string& list) {
+  for (udtMod& mod : catalogue.Mods) mod.Selected = false;
+  for (std::size_t begin = 0; begin <= list.size();) {
+    const std::size_t end = std::min(list.find(',', begin), list.size());
+    const std::string item = list.substr(begin, end - begin);
+    const auto number = static_cast<std::size_t>(Text::WholeNumber(item).value_or(0));
+    if (number < 1 || number >= catalogue.Mods.size()) {
+      throw UsageError(Concat("--mods: \"", EngineText(item), "\" is no number of a mod; the pack ",
+                              "has ", catalogue.Mods.size() - 1));
+    }
+    catalogue.Mods[number].Selected = true;
+    begin = end + 1;
+  }
+}
+
+void PrintStops(const Catalogue& catalogue, const std::vector<StoppedScript>& stops) {
+  for (const StoppedScript& stopped : stops) {
+    const std::string who = stopped.mod == 0 ? std::string("the end script")
+                                             : Concat("mod ", stopped.mod, ", \"",
+                                                      catalogue.Mods.at(stopped.mod).Name, "\",");
+    PrintError(who + " stopped early at " + Described(stopped.stop));
+  }
+}
+
+int Install(const InstallArguments& arguments) {
+  const FileSystem files(FileSystemOptions::FromEnvironment());
+  const std::string game = ExistingFolder(files, arguments.game);
+  if (!arguments.anyDirectory && !basMain::IsGameDirectory(files, game)) {
+    Fail("\"", EngineText(arguments.game), "\" isn't a game directory: it has no gta_sa.exe ",
+         "(--any-directory installs all the same)");
+  }
+  const RunFolder temp(files, arguments.temp);
+  InstallConsole host(Terminal::IsStandardOutput());
+  DesktopOpener shell(files);
+  InstallSession session(files, host, shell, temp.DosPath());
+  session.SAInstallDir = game;
+  OpenWholePack(files, session.ModPackIMG, session.TempDir, session.Pack, arguments.pack);
+  if (!arguments.mods.empty()) SelectMods(session.Pack, arguments.mods);
+
+  const std::vector<StoppedScript> stops = RunInstall(session);
+  PrintStops(session.Pack, stops);
+  return stops.empty() ? ExitStatus::kDone : ExitStatus::kStopped;
+}
+
+CLI::App* AddCommand(CLI::App& app, Action& chosen, const std::string& name,
+                     const std::string& description,
+                     const std::shared_ptr<InstallArguments>& arguments,
+                     int (*procedure)(const InstallArguments&)) {
+  CLI::App* const command = app.add_subcommand(name, description);
+  command->add_option("--game", arguments->game, "the game directory")->required();
+  command->add_option("--temp", arguments->temp,
+                      "a folder for temporary files, which stays; else one is made and removed");
+  command->callback(
+      [&chosen, arguments, procedure] { chosen = [=] { return procedure(*arguments); }; });
+  return command;
+}
+
+}  // namespace
+
+void AddInstallCommands(CLI::App& app, Action& chosen) {
+  const auto arguments = std::make_shared<InstallArguments>();
+  CLI::App* const script =
+      AddCommand(app, chosen, "script", "Run one install script in the current directory",
+                 arguments, RunScript);
+  script->add_option("SCRIPT", arguments->script, "the script, with CR LF lines")->required();
+  script->add_option("--pack", arguments->pack, "the pack that payload is taken from");
+
+  CLI::App* const install = AddCommand(
+      app, chosen, "install", "Install a pack's mods, then run its end script", arguments, Install);
+  install->add_option("PACK", arguments->pack, "the pack")->required();
+  install->add_option("--mods", arguments->mods, "numbers of the mods, such as 1,3,4; default all");
+  install->add_flag("--any-directory", arguments->anyDirectory,
+                    "don't ask for the game's program file in the game directory");
+}

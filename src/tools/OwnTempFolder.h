@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+class FileSystem;
+
+/// A folder of the tool's own in the system's place for temporary files, readable by its owner
+/// alone: made for one run and removed with all its content at the end, whatever happened.
+///
+/// The one place of the tool that changes the disk by native paths.
+class OwnTempFolder {
+ public:
+  explicit OwnTempFolder(const FileSystem& files);
+  OwnTempFolder(const OwnTempFolder&) = delete;
+  OwnTempFolder& operator=(const OwnTempFolder&) = delete;
+  ~OwnTempFolder();
+
+  /// DOS path text, without a trailing backslash.
+  [[nodiscard]] const std::string& DosPath() const { return dosPath_; }
+
+ private:
+  std::filesystem::path native_;
+  std::string dosPath_;
+};

@@ -1,0 +1,56 @@
+#include "tools/Report.h"
+
+#include <algorithm>
+#include <array>
+#include <iostream>
+
+#include "platform/Text.h"
+#include "tools/Utf8.h"
+
+namespace {
+
+bool IsControl(char letter) {
+  const auto byte = static_cast<unsigned char>(letter);
+  // The bytes that Windows-1252 leaves undefined stand for C1 control characters.
+  constexpr std::array<unsigned char, 6> kOthers{0x7F, 0x81, 0x8D, 0x8F, 0x90, 0x9D};
+  return byte < 0x20 || std::find(kOthers.begin(), kOthers.end(), byte) != kOthers.end();
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string safe;
+  for (const char letter : text) {
+    if (IsControl(letter)) {
+      const auto byte = static_cast<unsigned char>(letter);
+      safe += {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 15U]};
+    } else {
+      safe += letter;
+    }
+  }
+  return Text::ToUtf8(safe);
+}
+
+std::string EngineText(std::string_view utf8) {
+  std::string text;
+  for (std::string_view rest = utf8; !rest.empty();) {
+    const std::size_t length = Utf8::FirstCharacter(rest).length;
+    text += Text::FromUtf8(rest.substr(0, length)).value_or("?");
+    rest.remove_prefix(length);
+  }
+  return text;
+}
+
+void PrintError(std::string_view text) {
+  std::cout.flush();
+  std::cerr << "kvpk: " + Printable(text) + "\n";
+}
+
+basDebugLog::Recorder LogRecorder() {
+  return [](const std::string& line) {
+    const std::string_view source = std::string_view(line).substr(0, line.find(": "));
+    if (source.ends_with("RunInstallScript") || source.ends_with("OpenKELVOFile")) return;
+    PrintError(line);
+  };
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "core/basDebugLog.h"
+
+/// What a run of the tool ends with.
+namespace ExitStatus {
+inline constexpr int kDone = 0;
+inline constexpr int kUnusable = 1;  // the input can't be used
+inline constexpr int kUsage = 2;     // wrong usage
+inline constexpr int kStopped = 3;   // a script stopped early
+}  // namespace ExitStatus
+
+/// A subcommand with its arguments, ready to run; returns the exit status.
+using Action = std::function<int()>;
+
+/// Wrong usage that shows only when the arguments are looked at. Engine text.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Engine text for a person's eyes: UTF-8 in which control characters, which could end the line
+/// or steer the terminal, are written as "\x1B".
+std::string Printable(std::string_view text);
+
+/// UTF-8 as engine text for use in messages: what Windows-1252 lacks becomes a question mark.
+std::string EngineText(std::string_view utf8);
+
+/// One line on stderr, behind what stdout has so far: "kvpk: " and `text` (engine text).
+void PrintError(std::string_view text);
+
+/// Takes the failures that the engine traps and goes on from to stderr. Those that end a script or
+/// the opening of a pack are left out: the subcommands tell them themselves, with place and cause.
+basDebugLog::Recorder LogRecorder();
