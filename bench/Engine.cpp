@@ -1,0 +1,24 @@
+#include "Engine.h"
+
+#include "install/basScript.h"
+#include "platform/Failure.h"
+
+namespace {
+
+std::filesystem::path Made(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  return folder;
+}
+
+}  // namespace
+
+Engine::Engine(const std::filesystem::path& folder)
+    : session_(files_, host_, shell_, files_.ToDosText(Made(folder / "temp"))) {
+  session_.SAInstallDir = files_.ToDosText(folder);
+}
+
+void Engine::RunScript(const std::string& script) {
+  if (const auto stop = basScript::RunInstallScript(session_, script)) {
+    Fail("the script stopped at line ", stop->lineNumber, ", ", stop->line, ": ", stop->cause);
+  }
+}
