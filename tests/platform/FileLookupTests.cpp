@@ -21,7 +21,7 @@ constexpr int kEverything = kFindHidden | kFindSystem | kFindFolders;
 class FileLookup : public testing::Test {
  protected:
   // What a path below the folder leads to: the content of a file, or what else there is.
-  std::string Found(const std::string& below) const {
+  [[nodiscard]] std::string Found(const std::string& below) const {
     try {
       return files_.ReadWhole(folder_.Dos() + below);
     } catch (const Failure&) {

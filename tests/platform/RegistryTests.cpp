@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -8,6 +7,7 @@
 #include <sys/stat.h>
 
 #include "platform/Registry.h"
+#include "support/EnvironmentVariable.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -23,23 +23,6 @@ constexpr std::string_view kOld =
     R"([Software\\Wow6432Node\\Rockstar Games\\GTA San Andreas\\Installation] 1700000000)"
     "\n";
 constexpr std::string_view kOther = "\n[Software\\\\Other] 1\n";
-
-// An environment variable for the time of one test.
-class Variable {
- public:
-  Variable(const char* name, const std::string& value) : name_(name) {
-    const char* const before = std::getenv(name);
-    if (before != nullptr) before_ = before;
-    setenv(name, value.c_str(), 1);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() { setenv(name_, before_.c_str(), 1); }
-
- private:
-  const char* name_;
-  std::string before_;
-};
 
 class WineRegistry : public testing::Test {
  protected:
@@ -66,7 +49,7 @@ TEST_F(WineRegistry, TextsComeOutOfTheirEscapes) {
   };
   const std::vector<Case> cases = {
       {R"("ExePath"="plain")", "plain"},
-      {R"("exepath"="a\\b\"c\"")", "a\\b\"c\""},
+      {R"("exepath"="a\\b\"c\"")", R"(a\b"c")"},
       {R"("ExePath"=str(2):"%X%\\a")", "%X%\\a"},
       {R"("ExePath"="a\x20acb\xc4\xe4z\x41")",
        "a\x80"
@@ -146,8 +129,8 @@ TEST_F(WineRegistry, JunkNeitherHidesNorCrashes) {
 }
 
 TEST_F(WineRegistry, TheUsualPrefixesAreThoseThatExist) {
-  const Variable home("HOME", folder_.At("home").string());
-  const Variable named("WINEPREFIX", folder_.At("home/.wine/../.wine").string());
+  const EnvironmentVariable home("HOME", folder_.At("home").string());
+  const EnvironmentVariable named("WINEPREFIX", folder_.At("home/.wine/../.wine").string());
   const fs::path wine = MakePrefix("home/.wine", "");
   const fs::path steam = MakePrefix("home/.local/share/Steam/steamapps/compatdata/12120/pfx", "");
   folder_.MakeFolder("home/.steam");

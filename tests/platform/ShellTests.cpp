@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,6 +8,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Shell.h"
+#include "support/EnvironmentVariable.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -17,17 +17,13 @@ namespace {
 // that waits until the opener has been.
 class Opening : public testing::Test {
  protected:
-  Opening() : path_(std::getenv("PATH")) {
+  void SetUp() override {
     const std::string pipe = folder_.At("pipe").string();
-    mkfifo(pipe.c_str(), 0600);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     folder_.Write("bin/xdg-open",
                   "#!/bin/sh\n{ pwd; printf '%s\\n' \"$#\" \"$@\"; } > '" + pipe + "'\n");
-    chmod(folder_.At("bin/xdg-open").c_str(), 0755);
-    setenv("PATH",
-           (folder_.At("none").string() + ":" + folder_.At("bin").string() + ":" + path_).c_str(),
-           1);
+    ASSERT_EQ(chmod(folder_.At("bin/xdg-open").c_str(), 0755), 0);
   }
-  ~Opening() override { setenv("PATH", path_.c_str(), 1); }
 
   // Working directory, number of arguments and the arguments of the opener's next run.
   [[nodiscard]] std::string Report() const {
@@ -38,9 +34,8 @@ class Opening : public testing::Test {
   TempFolder folder_;
   FileSystem files_;
   DesktopOpener opener_{files_};
-
- private:
-  std::string path_;
+  EnvironmentVariable path_{
+      "PATH", folder_.At("none").string() + ":" + folder_.At("bin").string() + ":/usr/bin:/bin"};
 };
 
 TEST_F(Opening, AFullPathBecomesNativeAndItsFolderTheWorkingDirectory) {
@@ -63,7 +58,7 @@ TEST_F(Opening, WhatCannotBeOpenedIsPassedOverInSilence) {
   opener_.Open("", "");
   opener_.Open(R"(C:\x.txt)", R"(C:\)");
   opener_.Open("x", R"(C:\)");
-  setenv("PATH", folder_.At("none").c_str(), 1);
+  const EnvironmentVariable path("PATH", folder_.At("none").string());
   opener_.Open("x", "");
 }
 

@@ -19,7 +19,9 @@
 class TempFolder {
  public:
   TempFolder() : native_(MakeFolderOfOwn()), dos_(FileSystem().ToDosText(native_)) {}
+  TempFolder(TempFolder&&) = delete;
   TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(TempFolder&&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
   ~TempFolder() {
     std::error_code ignored;

@@ -86,7 +86,7 @@ void File::CloseQuietly() noexcept {
 }
 
 void File::FailWith(const char* operation, int error) const {
-  posix::FailWith(operation, path_, error);
+  Posix::FailWith(operation, path_, error);
 }
 
 std::int64_t File::Size() const {

@@ -26,8 +26,8 @@
 
 namespace {
 
-using posix::FailWith;
-using posix::Place;
+using Posix::FailWith;
+using Posix::Place;
 using Kind = Place::Kind;
 
 constexpr mode_t kPermissions = 07777;
@@ -59,7 +59,7 @@ void RequireFile(const char* operation, std::string_view path, const Place& plac
 }
 
 void RequireNoProtection(const char* operation, std::string_view path, const Place& place) {
-  if (place.kind == Kind::kFile && posix::IsWriteProtected(place.status))
+  if (place.kind == Kind::kFile && Posix::IsWriteProtected(place.status))
     FailWith(operation, path, EACCES);
 }
 
@@ -70,7 +70,7 @@ bool IsSameFile(const struct stat& left, const struct stat& right) {
 // The path of the file itself, behind all links.
 std::string RealPathOf(const char* operation, std::string_view path, const Place& place) {
   if (place.kind != Kind::kFile) return place.native;
-  std::optional<std::string> real = posix::RealPath(place.native);
+  std::optional<std::string> real = Posix::RealPath(place.native);
   if (!real) FailWith(operation, path, errno);
   return *std::move(real);
 }
@@ -112,14 +112,16 @@ int RenameToFree(const std::string& from, const std::string& to) {
 // A name in `folder` that no one else uses, hidden so that no script sees it.
 std::string HelperName(const std::string& folder) {
   static std::atomic<unsigned> count = 0;
-  return posix::Below(folder, Concat(".kelvo-", getpid(), "-", ++count, ".tmp"));
+  return Posix::Below(folder, Concat(".kelvo-", getpid(), "-", ++count, ".tmp"));
 }
 
 // A new file that is deleted again unless it is kept.
 class HelperFile {
  public:
   explicit HelperFile(std::string native) : native_(std::move(native)) {}
+  HelperFile(HelperFile&&) = delete;
   HelperFile(const HelperFile&) = delete;
+  HelperFile& operator=(HelperFile&&) = delete;
   HelperFile& operator=(const HelperFile&) = delete;
   ~HelperFile() {
     if (!native_.empty()) unlink(native_.c_str());
@@ -135,13 +137,13 @@ class Successor {
  public:
   // `place` is where the file goes; `mode` counts if nothing is there.
   Successor(const char* operation, std::string_view path, const Place& place, mode_t mode,
-            const std::shared_ptr<FaultPlan>& faults)
+            std::shared_ptr<FaultPlan> faults)
       : operation_(operation),
         path_(path),
         place_(place),
         target_(RealPathOf(operation, path, place)),
-        native_(HelperName(posix::FolderOf(target_))),
-        faults_(faults),
+        native_(HelperName(Posix::FolderOf(target_))),
+        faults_(std::move(faults)),
         content_(Make(place.Exists() ? kPrivate : mode)),
         unfinished_(native_) {}
   [[nodiscard]] File& Content() { return content_; }
@@ -162,12 +164,12 @@ class Successor {
     unfinished_.Keep();
   }
 
-  void SyncFolder() const { SyncFolderQuietly(posix::FolderOf(target_)); }
+  void SyncFolder() const { SyncFolderQuietly(Posix::FolderOf(target_)); }
 
  private:
   File Make(mode_t mode) {
     faults_->Step("create", path_);
-    posix::Descriptor file = posix::OpenOrdinary(native_, O_RDWR | O_CREAT | O_EXCL, mode);
+    Posix::Descriptor file = Posix::OpenOrdinary(native_, O_RDWR | O_CREAT | O_EXCL, mode);
     if (!file.IsOpen()) FailWith(operation_, path_, errno);
     return {file.Release(), path_, faults_};
   }
@@ -187,7 +189,7 @@ File OpenAt(const char* operation, std::string_view path, const Place& place, in
   faults->Step(operation, path);
   // What was free a moment ago must still be: no link that came up since is written through.
   const int creating = place.kind == Kind::kFree ? O_CREAT | O_EXCL : 0;
-  posix::Descriptor file = posix::OpenOrdinary(place.native, flags | creating, kNewFile);
+  Posix::Descriptor file = Posix::OpenOrdinary(place.native, flags | creating, kNewFile);
   if (!file.IsOpen()) FailWith(operation, path, errno);
   return {file.Release(), std::string(path), faults};
 }
@@ -207,9 +209,9 @@ bool AllowsReadingAlone(int error) {
 File OpenAsAllowed(std::string_view path, const Place& place,
                    const std::shared_ptr<FaultPlan>& faults) {
   faults->Step("open", path);
-  posix::Descriptor file = posix::OpenOrdinary(place.native, O_RDWR);
+  Posix::Descriptor file = Posix::OpenOrdinary(place.native, O_RDWR);
   if (!file.IsOpen() && AllowsReadingAlone(errno))
-    file = posix::OpenOrdinary(place.native, O_RDONLY);
+    file = Posix::OpenOrdinary(place.native, O_RDONLY);
   if (!file.IsOpen()) FailWith("open", path, errno);
   return {file.Release(), std::string(path), faults};
 }
@@ -231,10 +233,12 @@ bool FitsMask(std::string_view name, Kind kind, int mask) {
 }
 
 // The parts of a path up to its last component, and that component.
-std::pair<posix::DosPathParts, std::string> SplitLast(posix::DosPathParts parts) {
-  if (parts.names.empty()) return {std::move(parts), {}};
-  std::string last = std::move(parts.names.back());
-  parts.names.pop_back();
+std::pair<Posix::DosPathParts, std::string> SplitLast(Posix::DosPathParts parts) {
+  std::string last;
+  if (!parts.names.empty()) {
+    last = std::move(parts.names.back());
+    parts.names.pop_back();
+  }
   parts.endsInSeparator = false;
   return {std::move(parts), std::move(last)};
 }
@@ -242,12 +246,12 @@ std::pair<posix::DosPathParts, std::string> SplitLast(posix::DosPathParts parts)
 std::vector<std::string> FindInFolder(const Place& folder, std::string_view pattern, int mask) {
   std::vector<std::string> names;
   if (folder.kind != Kind::kFolder) return names;
-  for (posix::FolderEntry& entry : posix::MatchingEntries(folder.native, pattern))
+  for (Posix::FolderEntry& entry : Posix::MatchingEntries(folder.native, pattern))
     if (FitsMask(entry.name, entry.kind, mask)) names.push_back(std::move(entry.name));
   return names;
 }
 
-bool EndsInPattern(const posix::DosPathParts& parts) {
+bool EndsInPattern(const Posix::DosPathParts& parts) {
   return parts.valid && !parts.endsInSeparator && !parts.names.empty() &&
          DosPath::HasWildcards(parts.names.back());
 }
@@ -258,19 +262,19 @@ void DeleteFile(FaultPlan& faults, std::string_view path, const std::string& nat
   if (unlink(native.c_str()) != 0) FailWith("delete", path, errno);
 }
 
-void DeleteMatches(const posix::WinePrefix& prefix, const posix::DosPathParts& parts,
+void DeleteMatches(const Posix::WinePrefix& prefix, const Posix::DosPathParts& parts,
                    FaultPlan& faults, std::string_view path) {
   const auto [folderParts, pattern] = SplitLast(parts);
-  const Place folder = posix::FindPlace(prefix, folderParts);
+  const Place folder = Posix::FindPlace(prefix, folderParts);
   if (folder.kind == Kind::kNowhere) FailWith("delete", path, folder.error);
   bool any = false;
-  for (const posix::FolderEntry& entry : posix::MatchingEntries(folder.native, pattern)) {
+  for (const Posix::FolderEntry& entry : Posix::MatchingEntries(folder.native, pattern)) {
     if (!FitsMask(entry.name, entry.kind, kFindFiles)) continue;
     any = true;
-    const std::string native = posix::Below(folder.native, entry.native);
+    const std::string native = Posix::Below(folder.native, entry.native);
     struct stat status = {};
     if (stat(native.c_str(), &status) != 0) FailWith("delete", path, errno);
-    if (posix::IsWriteProtected(status)) FailWith("delete", path, EACCES);
+    if (Posix::IsWriteProtected(status)) FailWith("delete", path, EACCES);
     DeleteFile(faults, path, native);
   }
   if (!any) FailWith("delete", path, ENOENT);
@@ -294,8 +298,8 @@ bool IsSameEntry(const Place& left, const Place& right) {
 
 FileSystemOptions FileSystemOptions::FromEnvironment() {
   FileSystemOptions options;
-  const std::string named = posix::Environment("WINEPREFIX");
-  const std::string home = posix::Environment("HOME");
+  const std::string named = Posix::Environment("WINEPREFIX");
+  const std::string home = Posix::Environment("HOME");
   std::error_code ignored;
   if (!named.empty())
     options.winePrefix = named;
@@ -315,7 +319,7 @@ std::string FileSystem::ToDosText(const std::filesystem::path& native) const {
   if (!error && std::any_of(absolute.begin(), absolute.end(), isParent))
     absolute = std::filesystem::weakly_canonical(absolute, error);
   if (error) FailWith("look up", Text::FromUtf8(native.native()).value_or("?"), error.value());
-  const std::optional<std::string> text = posix::DosTextOf(absolute);
+  const std::optional<std::string> text = Posix::DosTextOf(absolute);
   if (!text)
     Fail("the path \"", Text::FromUtf8(native.native()).value_or("?"),
          "\" holds a name that DOS path text can't say");
@@ -323,15 +327,15 @@ std::string FileSystem::ToDosText(const std::filesystem::path& native) const {
 }
 
 std::filesystem::path FileSystem::ToNative(std::string_view path) const {
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   if (place.kind == Kind::kNowhere && place.missing.empty()) FailWith("look up", path, place.error);
   std::string native = place.native;
   std::vector<std::string> created = place.missing;
   if (place.kind == Kind::kFree) created = {place.asWritten};
-  if (place.kind == Kind::kFree) native = posix::FolderOf(native);
+  if (place.kind == Kind::kFree) native = Posix::FolderOf(native);
   for (const std::string& name : created) {
     if (!DosPath::IsPlainFileName(name)) FailWith("look up", path, EINVAL);
-    native = posix::Below(native, Text::ToUtf8(posix::WithoutTrailingDots(name)));
+    native = Posix::Below(native, Text::ToUtf8(Posix::WithoutTrailingDots(name)));
   }
   return native;
 }
@@ -342,20 +346,20 @@ std::string FileSystem::FindFirst(std::string_view path, int mask) const {
 }
 
 std::vector<std::string> FileSystem::FindAll(std::string_view path, int mask) const {
-  const posix::DosPathParts parts = posix::ParseDosPath(path);
+  const Posix::DosPathParts parts = Posix::ParseDosPath(path);
   if (!parts.valid) return {};
   const bool wantsFolders = (mask & kFindFolders) != 0;
   if (parts.endsInSeparator) {
-    const Place folder = posix::FindPlace(options_.winePrefix, parts);
+    const Place folder = Posix::FindPlace(options_.winePrefix, parts);
     std::vector<std::string> names = FindInFolder(folder, "*.*", mask);
     if (folder.kind == Kind::kFolder && wantsFolders) names.insert(names.begin(), ".");
     return names;
   }
   if (EndsInPattern(parts)) {
     const auto [folderParts, pattern] = SplitLast(parts);
-    return FindInFolder(posix::FindPlace(options_.winePrefix, folderParts), pattern, mask);
+    return FindInFolder(Posix::FindPlace(options_.winePrefix, folderParts), pattern, mask);
   }
-  const Place place = posix::FindPlace(options_.winePrefix, parts);
+  const Place place = Posix::FindPlace(options_.winePrefix, parts);
   // A drive's root and the current directory have no name of their own.
   if (place.name.empty() && place.kind == Kind::kFolder)
     return wantsFolders ? std::vector<std::string>{"."} : std::vector<std::string>{};
@@ -364,19 +368,19 @@ std::vector<std::string> FileSystem::FindAll(std::string_view path, int mask) co
 }
 
 File FileSystem::OpenForReading(std::string_view path) const {
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   RequireFile("open", path, place);
   return OpenAt("open", path, place, O_RDONLY, faults_);
 }
 
 File FileSystem::OpenBinary(std::string_view path) const {
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   RequireFileOrFree("open", path, place);
   if (place.kind == Kind::kFree) {
     RequireChanges(options_, "create", path);
     return OpenAt("create", path, place, O_RDWR, faults_);
   }
-  if (options_.readOnly || posix::IsWriteProtected(place.status))
+  if (options_.readOnly || Posix::IsWriteProtected(place.status))
     return OpenAt("open", path, place, O_RDONLY, faults_);
   return OpenAsAllowed(path, place, faults_);
 }
@@ -384,7 +388,7 @@ File FileSystem::OpenBinary(std::string_view path) const {
 File FileSystem::Create(std::string_view path) const {
   constexpr const char* kOperation = "create";
   RequireChanges(options_, kOperation, path);
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   RequireFileOrFree(kOperation, path, place);
   RequireNoProtection(kOperation, path, place);
   return OpenAt(kOperation, path, place, O_RDWR | O_TRUNC, faults_);
@@ -393,7 +397,7 @@ File FileSystem::Create(std::string_view path) const {
 void FileSystem::WriteWhole(std::string_view path, std::string_view text) const {
   constexpr const char* kOperation = "write";
   RequireChanges(options_, kOperation, path);
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   RequireFileOrFree(kOperation, path, place);
   RequireNoProtection(kOperation, path, place);
   const bool isNew = place.kind == Kind::kFree;
@@ -410,7 +414,7 @@ void FileSystem::WriteWhole(std::string_view path, std::string_view text) const 
 void FileSystem::ReplaceWhole(std::string_view path, std::string_view text) const {
   constexpr const char* kOperation = "replace";
   RequireChanges(options_, kOperation, path);
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   RequireFileOrFree(kOperation, path, place);
   RequireNoProtection(kOperation, path, place);
   Successor successor(kOperation, path, place, kNewFile, faults_);
@@ -424,9 +428,9 @@ void FileSystem::ReplaceWhole(std::string_view path, std::string_view text) cons
 void FileSystem::Copy(std::string_view from, std::string_view to) const {
   constexpr const char* kOperation = "copy to";
   RequireChanges(options_, kOperation, to);
-  const Place source = posix::FindPlace(options_.winePrefix, from);
+  const Place source = Posix::FindPlace(options_.winePrefix, from);
   RequireFile("copy", from, source);
-  const Place target = posix::FindPlace(options_.winePrefix, to);
+  const Place target = Posix::FindPlace(options_.winePrefix, to);
   RequireFileOrFree(kOperation, to, target);
   RequireNoProtection(kOperation, to, target);
   if (target.Exists() && IsSameFile(source.status, target.status))
@@ -444,9 +448,9 @@ void FileSystem::Copy(std::string_view from, std::string_view to) const {
 void FileSystem::Delete(std::string_view path) const {
   constexpr const char* kOperation = "delete";
   RequireChanges(options_, kOperation, path);
-  const posix::DosPathParts parts = posix::ParseDosPath(path);
+  const Posix::DosPathParts parts = Posix::ParseDosPath(path);
   if (EndsInPattern(parts)) return DeleteMatches(options_.winePrefix, parts, *faults_, path);
-  const Place place = posix::FindPlace(options_.winePrefix, parts);
+  const Place place = Posix::FindPlace(options_.winePrefix, parts);
   RequireFile(kOperation, path, place);
   RequireNoProtection(kOperation, path, place);
   DeleteFile(*faults_, path, place.native);
@@ -455,11 +459,11 @@ void FileSystem::Delete(std::string_view path) const {
 void FileSystem::Rename(std::string_view from, std::string_view to) const {
   constexpr const char* kOperation = "rename";
   RequireChanges(options_, kOperation, from);
-  const Place source = posix::FindPlace(options_.winePrefix, from);
+  const Place source = Posix::FindPlace(options_.winePrefix, from);
   if (source.kind == Kind::kNowhere) FailWith(kOperation, from, source.error);
   if (source.kind == Kind::kFree || source.name.empty()) FailWith(kOperation, from, ENOENT);
   if (source.kind == Kind::kSpecial) FailWith(kOperation, from, EINVAL);
-  const Place target = posix::FindPlace(options_.winePrefix, to);
+  const Place target = Posix::FindPlace(options_.winePrefix, to);
   if (target.kind == Kind::kNowhere) FailWith("rename to", to, target.error);
   const bool otherCase =
       target.Exists() && IsSameEntry(source, target) && target.asWritten != source.name;
@@ -468,7 +472,7 @@ void FileSystem::Rename(std::string_view from, std::string_view to) const {
 
   faults_->Step(kOperation, from);
   const std::string renamed =
-      posix::Below(posix::FolderOf(target.native), Text::ToUtf8(target.asWritten));
+      Posix::Below(Posix::FolderOf(target.native), Text::ToUtf8(target.asWritten));
   // Where the file system itself doesn't mind case, the new name exists already: as this entry.
   const bool replaces = otherCase && source.native != target.native;
   const int error =
@@ -479,9 +483,9 @@ void FileSystem::Rename(std::string_view from, std::string_view to) const {
 void FileSystem::PutInPlace(std::string_view replacement, std::string_view path) const {
   constexpr const char* kOperation = "replace";
   RequireChanges(options_, kOperation, path);
-  const Place source = posix::FindPlace(options_.winePrefix, replacement);
+  const Place source = Posix::FindPlace(options_.winePrefix, replacement);
   RequireFile(kOperation, replacement, source);
-  const Place target = posix::FindPlace(options_.winePrefix, path);
+  const Place target = Posix::FindPlace(options_.winePrefix, path);
   RequireFile(kOperation, path, target);
   RequireNoProtection(kOperation, path, target);
   if (IsSameFile(source.status, target.status))
@@ -492,16 +496,16 @@ void FileSystem::PutInPlace(std::string_view replacement, std::string_view path)
   TakeOver(source.native, target.status);
   const int error = RenameOnto(source.native, real);
   if (error != 0) FailWith(kOperation, path, error);
-  SyncFolderQuietly(posix::FolderOf(real));
-  const std::string sourceFolder = posix::FolderOf(source.native);
-  if (sourceFolder != posix::FolderOf(real)) SyncFolderQuietly(sourceFolder);
+  SyncFolderQuietly(Posix::FolderOf(real));
+  const std::string sourceFolder = Posix::FolderOf(source.native);
+  if (sourceFolder != Posix::FolderOf(real)) SyncFolderQuietly(sourceFolder);
 }
 
 void FileSystem::CreateFolder(std::string_view path) const {
   constexpr const char* kOperation = "create folder";
   constexpr mode_t kNewFolder = 0777;
   RequireChanges(options_, kOperation, path);
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   if (place.kind == Kind::kNowhere) FailWith(kOperation, path, place.error);
   if (place.Exists()) FailWith(kOperation, path, EEXIST);
   if (!DosPath::IsPlainFileName(place.asWritten)) FailWith(kOperation, path, EINVAL);
@@ -512,7 +516,7 @@ void FileSystem::CreateFolder(std::string_view path) const {
 void FileSystem::RemoveFolder(std::string_view path) const {
   constexpr const char* kOperation = "remove folder";
   RequireChanges(options_, kOperation, path);
-  const Place place = posix::FindPlace(options_.winePrefix, path);
+  const Place place = Posix::FindPlace(options_.winePrefix, path);
   if (place.kind == Kind::kNowhere) FailWith(kOperation, path, place.error);
   if (place.kind == Kind::kFree) FailWith(kOperation, path, ENOENT);
   if (place.kind != Kind::kFolder) FailWith(kOperation, path, ENOTDIR);

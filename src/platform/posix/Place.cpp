@@ -12,7 +12,7 @@
 #include "platform/DosPath.h"
 #include "platform/Text.h"
 
-namespace posix {
+namespace Posix {
 
 namespace {
 
@@ -275,4 +275,4 @@ std::optional<std::string> RealPath(const std::string& native) {
   return real ? std::optional<std::string>(real.get()) : std::nullopt;
 }
 
-}  // namespace posix
+}  // namespace Posix

@@ -10,7 +10,7 @@
 
 #include <sys/stat.h>
 
-namespace posix {
+namespace Posix {
 
 using WinePrefix = std::optional<std::filesystem::path>;
 
@@ -96,4 +96,4 @@ std::string FolderOf(const std::string& native);
 /// A native path with all links followed, for a file that exists; nothing if that fails.
 std::optional<std::string> RealPath(const std::string& native);
 
-}  // namespace posix
+}  // namespace Posix

@@ -38,7 +38,7 @@ using Registry::Root;
 class LineReader {
  public:
   explicit LineReader(const std::string& native)
-      : file_(posix::OpenOrdinary(native, O_RDONLY)), block_(kBlock, '\0') {}
+      : file_(Posix::OpenOrdinary(native, O_RDONLY)), block_(kBlock, '\0') {}
 
   bool Next(std::string& line) {
     line.clear();
@@ -74,7 +74,7 @@ class LineReader {
     return end_ > 0;
   }
 
-  posix::Descriptor file_;
+  Posix::Descriptor file_;
   std::string block_;
   std::size_t start_ = 0;
   std::size_t end_ = 0;
@@ -214,9 +214,9 @@ std::optional<std::string> OnThisSystem(const std::filesystem::path& prefix,
   const char letter = path.empty() ? '\0' : Text::LowerCase(path[0]);
   const bool hasDrive = path.size() >= 2 && path[1] == ':' && letter >= 'a' && letter <= 'z';
   if (!hasDrive) return text;
-  const std::optional<std::string> folder = posix::DriveOfPrefix(prefix, letter);
+  const std::optional<std::string> folder = Posix::DriveOfPrefix(prefix, letter);
   if (!folder) return std::nullopt;
-  std::optional<std::string> result = posix::DosTextOf(*folder);
+  std::optional<std::string> result = Posix::DosTextOf(*folder);
   if (!result) return std::nullopt;
   std::string_view rest = path.substr(2);
   while (rest.starts_with('\\') || rest.starts_with('/')) rest.remove_prefix(1);
@@ -250,8 +250,8 @@ Source Source::FromEnvironment() {
       ".var/app/com.valvesoftware.Steam/.local/share/Steam"};
   constexpr std::string_view kBelowSteam = "steamapps/compatdata/12120/pfx";
   Source source;
-  const std::filesystem::path named = posix::Environment("WINEPREFIX");
-  const std::filesystem::path home = posix::Environment("HOME");
+  const std::filesystem::path named = Posix::Environment("WINEPREFIX");
+  const std::filesystem::path home = Posix::Environment("HOME");
   if (!named.empty()) AddPrefix(source.prefixes, named);
   if (home.empty()) return source;
   AddPrefix(source.prefixes, home / ".wine");

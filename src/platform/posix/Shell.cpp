@@ -1,8 +1,10 @@
 #include "platform/Shell.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,7 +33,7 @@ struct Launch {
 };
 
 std::vector<std::string> PlacesOfOpener() {
-  std::string path = posix::Environment("PATH");
+  std::string path = Posix::Environment("PATH");
   if (path.empty()) path = "/usr/local/bin:/usr/bin:/bin";
   std::vector<std::string> places;
   for (std::size_t start = 0; start <= path.size();) {
@@ -56,8 +58,7 @@ void ResetSignals() {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  signal(SIGPIPE, SIG_DFL);
-  signal(SIGCHLD, SIG_DFL);
+  for (const int number : {SIGPIPE, SIGCHLD}) static_cast<void>(signal(number, SIG_DFL));
 }
 
 [[noreturn]] void Run(const Launch& launch, const std::vector<const char*>& programs) {

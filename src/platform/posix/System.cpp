@@ -12,7 +12,7 @@
 #include "platform/Failure.h"
 #include "platform/Text.h"
 
-namespace posix {
+namespace Posix {
 
 void FailWith(std::string_view operation, std::string_view path, int error) {
   const std::string words = std::generic_category().message(error);
@@ -56,4 +56,4 @@ std::string Environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-}  // namespace posix
+}  // namespace Posix

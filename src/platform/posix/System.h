@@ -6,7 +6,7 @@
 #include <sys/types.h>
 
 /// What the files of src/platform/posix share among themselves.
-namespace posix {
+namespace Posix {
 
 /// Throws the `Failure` of an operation on a path: its name, the path, the system's words.
 [[noreturn]] void FailWith(std::string_view operation, std::string_view path, int error);
@@ -36,4 +36,4 @@ Descriptor OpenOrdinary(const std::string& native, int flags, mode_t mode = 0);
 /// The value of an environment variable; empty if there is none.
 std::string Environment(const char* name);
 
-}  // namespace posix
+}  // namespace Posix
