@@ -14,6 +14,13 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
+/// `part` without blanks around it. What is left of nothing but blanks still has its place in the
+/// text, at the end of `part`, where a value can be put.
+std::string_view WithoutBlanks(std::string_view part) {
+  const std::string_view inner = Text::Trim(part, kBlanks);
+  return inner.empty() ? part.substr(part.size()) : inner;
+}
+
 /// Takes the next line off `rest`, without its CR LF or LF.
 std::string_view NextLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
@@ -60,8 +67,8 @@ IniFile::IniFile(std::string text) : text_(std::make_unique<const std::string>(s
       sections_.push_back({*name, number, 0, {}});
     } else if (const std::size_t equals = line.find('=');
                equals != std::string_view::npos && !sections_.empty()) {
-      sections_.back().keys.push_back({Text::Trim(line.substr(0, equals), kBlanks),
-                                       Text::Trim(line.substr(equals + 1), kBlanks), number});
+      sections_.back().keys.push_back(
+          {WithoutBlanks(line.substr(0, equals)), WithoutBlanks(line.substr(equals + 1)), number});
     }
     if (!line.empty() && !sections_.empty()) {
       sections_.back().keysEnd = text_->size() - rest.size();
