@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/DosPath.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
@@ -20,6 +21,17 @@ std::string LittleEndianBytes(std::u16string_view text) {
     bytes.push_back(static_cast<char>(unit >> 8U));
   }
   return bytes;
+}
+
+/// Deletes the file `path` if it is there and can be deleted. Unlike emptying it, this leaves the
+/// input readable if it is the same file.
+void DeleteQuietly(const FileSystem& files, const std::string& path) {
+  if (DosPath::HasWildcards(path)) return;
+  try {
+    files.Delete(path);
+  } catch (const Failure&) {
+    // The creation behind it will fail, if it matters.
+  }
 }
 
 }  // namespace
@@ -79,10 +91,11 @@ std::size_t clsEncryption::ReadFile(const File& file, std::int64_t position, std
                                     std::size_t maxLength) {
   std::size_t count = 0;
   Guarded("ReadFile", [&] {
-    const auto left = static_cast<std::size_t>(file.Size() - position);
-    count = left <= maxLength + 1 ? left : maxLength;
-    buffer.resize(count);
-    file.ReadAt(position, buffer.data(), count);
+    const auto left = static_cast<std::size_t>(std::max<std::int64_t>(file.Size() - position, 0));
+    const std::size_t wanted = left <= maxLength + 1 ? left : maxLength;
+    buffer.resize(wanted);
+    file.ReadAt(position, buffer.data(), wanted);
+    count = wanted;
   });
   return count;
 }
@@ -92,6 +105,7 @@ void clsEncryption::EncryptFile() {
     BuildKey();
     const File input = files_.OpenForReading(InputFileName);
     const std::int64_t length = input.Size();
+    DeleteQuietly(files_, OutputFileName);
     File output = files_.Create(OutputFileName);
     if (FileProgress) FileProgress(0);
     std::string chunk;
