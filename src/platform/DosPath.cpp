@@ -64,8 +64,8 @@ std::vector<PatternStep> ParsePattern(std::string_view pattern) {
 class PatternWalk {
  public:
   explicit PatternWalk(const std::vector<PatternStep>& steps)
-      : steps_(steps), reached_(steps.size() + 1, 0), after_(steps.size() + 1, 0) {
-    reached_[0] = 1;
+      : steps_(steps), reached_(1, 1), after_(steps.size() + 1) {
+    reached_.resize(after_.size());
   }
 
   // Passes over the steps that may take nothing in front of `next` (0 at the end of the name).

@@ -288,6 +288,15 @@ TEST_F(FileChange, AFailedReplacementLeavesAllAsItWas) {
   }
 }
 
+TEST_F(FileChange, WhatACrashLeftBehindIsNoHindrance) {
+  folder_.Write("target", "old");
+  const std::string leftover = ".kelvo-" + std::to_string(getpid()) + "-0.tmp";
+  folder_.Write(leftover, "half");
+  files_.ReplaceWhole(Dos("target"), "new");
+  EXPECT_EQ(folder_.Read("target"), "new");
+  EXPECT_EQ(folder_.Read(leftover), "half");
+}
+
 TEST_F(FileChange, WriteWholeLeavesTheOldContentOnAFullDisk) {
   folder_.Write("target", "the old content");
   // Opening is the first operation, making room the second.

@@ -1,6 +1,4 @@
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -26,10 +24,7 @@ class Opening : public testing::Test {
   }
 
   // Working directory, number of arguments and the arguments of the opener's next run.
-  [[nodiscard]] std::string Report() const {
-    std::ifstream pipe(folder_.At("pipe"));
-    return {std::istreambuf_iterator<char>(pipe), {}};
-  }
+  [[nodiscard]] std::string Report() const { return folder_.Read("pipe"); }
 
   TempFolder folder_;
   FileSystem files_;

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -109,12 +109,6 @@ int RenameToFree(const std::string& from, const std::string& to) {
   return lstat(to.c_str(), &status) == 0 ? EEXIST : RenameOnto(from, to);
 }
 
-// A name in `folder` that no one else uses, hidden so that no script sees it.
-std::string HelperName(const std::string& folder) {
-  static std::atomic<unsigned> count = 0;
-  return Posix::Below(folder, Concat(".kelvo-", getpid(), "-", ++count, ".tmp"));
-}
-
 // A new file that is deleted again unless it is kept.
 class HelperFile {
  public:
@@ -142,10 +136,10 @@ class Successor {
         path_(path),
         place_(place),
         target_(RealPathOf(operation, path, place)),
-        native_(HelperName(Posix::FolderOf(target_))),
         faults_(std::move(faults)),
         content_(Make(place.Exists() ? kPrivate : mode)),
         unfinished_(native_) {}
+
   [[nodiscard]] File& Content() { return content_; }
 
   void SetModificationTime(const struct timespec& time) {
@@ -167,18 +161,25 @@ class Successor {
   void SyncFolder() const { SyncFolderQuietly(Posix::FolderOf(target_)); }
 
  private:
+  // Makes the file, under a name that no one else uses, hidden so that no script sees it.
   File Make(mode_t mode) {
+    constexpr int kMostTries = 1000;
     faults_->Step("create", path_);
-    Posix::Descriptor file = Posix::OpenOrdinary(native_, O_RDWR | O_CREAT | O_EXCL, mode);
-    if (!file.IsOpen()) FailWith(operation_, path_, errno);
-    return {file.Release(), path_, faults_};
+    for (int i = 0; i < kMostTries; ++i) {
+      native_ = Posix::Below(Posix::FolderOf(target_), Concat(".kelvo-", getpid(), "-", i, ".tmp"));
+      Posix::Descriptor file = Posix::OpenOrdinary(native_, O_RDWR | O_CREAT | O_EXCL, mode);
+      if (file.IsOpen()) return {file.Release(), path_, faults_};
+      if (errno != EEXIST) break;
+    }
+    FailWith(operation_, path_, errno);
   }
+
   const char* operation_;
   std::string path_;
   const Place& place_;
   std::string target_;
-  std::string native_;
   std::shared_ptr<FaultPlan> faults_;
+  std::string native_;
   File content_;
   HelperFile unfinished_;
 };
@@ -351,8 +352,10 @@ std::vector<std::string> FileSystem::FindAll(std::string_view path, int mask) co
   const bool wantsFolders = (mask & kFindFolders) != 0;
   if (parts.endsInSeparator) {
     const Place folder = Posix::FindPlace(options_.winePrefix, parts);
-    std::vector<std::string> names = FindInFolder(folder, "*.*", mask);
-    if (folder.kind == Kind::kFolder && wantsFolders) names.insert(names.begin(), ".");
+    std::vector<std::string> names;
+    if (folder.kind == Kind::kFolder && wantsFolders) names.emplace_back(".");
+    std::vector<std::string> others = FindInFolder(folder, "*.*", mask);
+    std::move(others.begin(), others.end(), std::back_inserter(names));
     return names;
   }
   if (EndsInPattern(parts)) {

@@ -14,6 +14,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "platform/Failure.h"
 #include "platform/Text.h"
 #include "platform/posix/Place.h"
 #include "platform/posix/System.h"
@@ -216,12 +217,11 @@ std::optional<std::string> OnThisSystem(const std::filesystem::path& prefix,
   if (!hasDrive) return text;
   const std::optional<std::string> folder = Posix::DriveOfPrefix(prefix, letter);
   if (!folder) return std::nullopt;
-  std::optional<std::string> result = Posix::DosTextOf(*folder);
-  if (!result) return std::nullopt;
+  const std::optional<std::string> root = Posix::DosTextOf(*folder);
+  if (!root) return std::nullopt;
   std::string_view rest = path.substr(2);
   while (rest.starts_with('\\') || rest.starts_with('/')) rest.remove_prefix(1);
-  if (!result->ends_with('\\')) result->append("\\");
-  return result->append(rest).insert(0, text, 0, start);
+  return Concat(text.substr(0, start), *root, root->ends_with('\\') ? "" : "\\", rest);
 }
 
 std::optional<std::string> UsableText(const std::filesystem::path& prefix, std::string utf8) {
