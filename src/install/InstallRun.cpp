@@ -1,6 +1,7 @@
 #include "install/InstallRun.h"
 
 #include "install/InstallSession.h"
+#include "platform/Failure.h"
 
 std::vector<StoppedScript> RunInstall(InstallSession& session) {
   std::vector<StoppedScript> stopped;
@@ -17,7 +18,11 @@ std::vector<StoppedScript> RunInstall(InstallSession& session) {
   for (std::size_t i = 1; i <= last; ++i) {
     session.Host.SetTotalProgress(static_cast<std::int32_t>(i));
     // Another pack, with fewer mods, may have been opened by an event: that ends the run.
-    const udtMod& mod = session.Pack.Mods.at(i);
+    if (i >= session.Pack.Mods.size()) {
+      Fail("install run: mod ", i, " of ", last, " is gone, the pack now has ",
+           session.Pack.Mods.size() - 1);
+    }
+    const udtMod& mod = session.Pack.Mods[i];
     session.SetStatus("Installiere Mod: " + mod.Name);
     if (mod.Selected) {
       session.Host.ShowProgressPage();

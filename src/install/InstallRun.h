@@ -16,5 +16,6 @@ struct StoppedScript {
 
 /// The install run over the catalogue: the scripts of all selected mods in catalogue order, then
 /// the end script, then the final message, whatever happened. Does nothing while a run is on.
-/// Returns the scripts that stopped early.
+/// Returns the scripts that stopped early. Fails, with `InstallRunning` still true, if an event
+/// during the run leaves fewer mods in the catalogue than it has come to.
 std::vector<StoppedScript> RunInstall(InstallSession& session);
