@@ -13,7 +13,7 @@ cp -a "$game/." "$before"
 # text DIR: the text files of a directory, as UTF-8 lines headed by their names.
 text() { (cd "$1" && [ -f "$2" ] && iconv -f WINDOWS-1252 -t UTF-8 "$2" | tr -d '\r') || true; }
 # entries DIR FILE: name and size of each entry of an archive.
-entries() { [ -f "$1/$2" ] && "$kvpk" list "$1/$2" | sort || true; }
+entries() { [ -f "$1/$2" ] && "$kvpk" list "$1/$2" | cut -f2- | sort || true; }
 
 echo
 echo "What changed in $game:"

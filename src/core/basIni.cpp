@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/basDebugLog.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
@@ -42,6 +43,25 @@ std::size_t OffsetIn(std::string_view text, std::string_view part) {
   return static_cast<std::size_t>(part.data() - text.data());
 }
 
+/// The text of `file` with one value set: over the old one, behind the section's last line, or in
+/// a new section at the end.
+std::string WithValue(const IniFile& file, std::string_view section, std::string_view key,
+                      std::string_view value) {
+  std::string text = file.Content();
+  const IniFile::Section* const inSection = file.Find(section);
+  const IniFile::Key* const found = inSection ? IniFile::Find(*inSection, key) : nullptr;
+  if (found != nullptr) {
+    return text.replace(OffsetIn(file.Content(), found->value), found->value.size(), value);
+  }
+  std::size_t place = inSection ? inSection->keysEnd : text.size();
+  if (place > 0 && text[place - 1] != '\n') {
+    text.insert(place, "\r\n");
+    place += 2;
+  }
+  const std::string line = std::string(key) + "=" + std::string(value) + "\r\n";
+  return text.insert(place, inSection ? line : "[" + std::string(section) + "]\r\n" + line);
+}
+
 }  // namespace
 
 std::string_view WithoutQuotes(std::string_view value) {
@@ -66,7 +86,7 @@ IniFile::IniFile(std::string text) : text_(std::make_unique<const std::string>(s
       firstByName_.try_emplace(Text::LowerCase(*name), sections_.size());
       sections_.push_back({*name, number, 0, {}});
     } else if (const std::size_t equals = line.find('=');
-               equals != std::string_view::npos && !sections_.empty()) {
+               equals != std::string_view::npos && equals > 0 && !sections_.empty()) {
       sections_.back().keys.push_back(
           {WithoutBlanks(line.substr(0, equals)), WithoutBlanks(line.substr(equals + 1)), number});
     }
@@ -112,25 +132,12 @@ std::string INIRead(const FileSystem& files, std::string_view path, std::string_
 
 void INIWrite(const FileSystem& files, std::string_view path, std::string_view section,
               std::string_view key, std::string_view value) {
-  // A file that is there but can't be read must not be replaced by one with a single value.
-  const bool exists = !files.FindFirst(path, kFindHidden | kFindSystem | kFindFolders).empty();
-  const IniFile file(exists ? files.ReadWhole(path) : std::string());
-  std::string text = file.Content();
-  const std::string newLine = std::string(key) + "=" + Quoted(value) + "\r\n";
-
-  const IniFile::Section* const inSection = file.Find(section);
-  const IniFile::Key* const found = inSection ? IniFile::Find(*inSection, key) : nullptr;
-  if (found != nullptr) {
-    text.replace(OffsetIn(file.Content(), found->value), found->value.size(), Quoted(value));
-  } else {
-    std::size_t place = inSection ? inSection->keysEnd : text.size();
-    if (place > 0 && text[place - 1] != '\n') {
-      text.insert(place, "\r\n");
-      place += 2;
-    }
-    text.insert(place, inSection ? newLine : "[" + std::string(section) + "]\r\n" + newLine);
-  }
-  files.ReplaceWhole(path, text);
+  Trapped("basIni.INIWrite", [&] {
+    // A file that is there but can't be read must not be replaced by one with a single value.
+    const bool exists = !files.FindFirst(path, kFindHidden | kFindSystem | kFindFolders).empty();
+    const IniFile file(exists ? files.ReadWhole(path) : std::string());
+    files.ReplaceWhole(path, WithValue(file, section, key, value));
+  });
 }
 
 }  // namespace basIni

@@ -80,7 +80,9 @@ std::string INIRead(const FileSystem& files, std::string_view path, std::string_
                     std::string_view key, std::string_view defaultValue);
 
 /// Sets one value. Keeps everything else in the file, comments included; creates file or section
-/// as needed; replaces the file whole or not at all, and fails if it can't.
+/// as needed; replaces the file whole or not at all. The value is stored as it stands: blanks or
+/// quotes around it are the reader's to take off. Has a trap: if nothing can be stored, nothing
+/// is, and the caller goes on.
 void INIWrite(const FileSystem& files, std::string_view path, std::string_view section,
               std::string_view key, std::string_view value);
 

@@ -18,6 +18,8 @@ using basIni::INIRead;
 
 constexpr int kSmallestWidth = 600;
 constexpr int kSmallestHeight = 250;  // without the page
+// The numbers of the sections are 16-bit, which bounds both lists.
+constexpr int kLongestList = 32767;
 
 /// The counters of mods for each type number. They grow upward from index 0.
 class ModCounters {
@@ -28,8 +30,8 @@ class ModCounters {
     }
   }
   /// Fails on a negative type number, which has no counter.
-  std::int16_t& operator[](std::int16_t typeID) {
-    if (typeID < 0) Fail("TypeID ", typeID, " is negative");
+  std::int16_t& Of(std::int16_t typeID, const std::string& section) {
+    if (typeID < 0) Fail("[", section, "] TypeID: ", typeID, " is negative");
     return counts_[static_cast<std::size_t>(typeID)];
   }
 
@@ -77,6 +79,7 @@ class Opener {
       catalogue_.ModTypes.assign(1, {});
       ReadMods(index);  // ahead of the types, which need the counts
       ReadTypes(index);
+      // A pack without an index has left nothing to delete: it is open, and empty.
       DeleteIfThere(files_, plainIndex_);
       DeleteIfThere(files_, cipheredIndex_);
       if (catalogue_.ModTypes.size() > 1) view_.ClickFirstType();
@@ -114,10 +117,9 @@ class Opener {
   }
 
   void ReadMods(const IniFile& index) {
-    for (std::int16_t n = 0;;) {
-      const std::string section = NextSection("Mod", n);
+    for (int n = 1; n <= kLongestList; ++n) {
+      const std::string section = Concat("Mod", n);
       if (INIRead(index, section, "TypeID", "").empty()) return;
-      ++n;
       udtMod& mod = catalogue_.Mods.emplace_back();
       mod.Selected = true;
       mod.TypeID = WholeNumber(INIRead(index, section, "TypeID", "0"), section, "TypeID");
@@ -128,31 +130,25 @@ class Opener {
       mod.Readme = WithLineBreaks(INIRead(index, section, "Readme", ""));
       mod.Files = INIRead(index, section, "Files", "");
       counters_.GrowTo(mod.TypeID);
-      ++counters_[mod.TypeID];
+      ++counters_.Of(mod.TypeID, section);
       view_.DoEvents();
     }
   }
 
   void ReadTypes(const IniFile& index) {
-    for (std::int16_t n = 0;;) {
-      const std::string section = NextSection("Typ", n);
+    for (int n = 1; n <= kLongestList; ++n) {
+      const std::string section = Concat("Typ", n);
       if (INIRead(index, section, "TypeID", "").empty()) return;
-      ++n;
       udtModType& type = catalogue_.ModTypes.emplace_back();
       type.TypeID = WholeNumber(INIRead(index, section, "TypeID", "0"), section, "TypeID");
       type.Name = INIRead(index, section, "Name", "0");
       type.Description = INIRead(index, section, "Description", "0");
       type.Picture = INIRead(index, section, "Picture", "");
       counters_.GrowTo(type.TypeID);
-      type.ModCount = counters_[type.TypeID];
+      type.ModCount = counters_.Of(type.TypeID, section);
       type.CheckState = 1;
       view_.DoEvents();
     }
-  }
-
-  /// The name of the section behind the `n`-th; the numbers are 16-bit.
-  static std::string NextSection(const char* word, std::int16_t n) {
-    return Concat(word, Text::CheckedInt16(n + 1.0, "the number of a section"));
   }
 
   void ShowPage() {
