@@ -1,0 +1,163 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/basIni.h"
+#include "platform/Failure.h"
+#include "platform/FileSystem.h"
+#include "support/TempFolder.h"
+
+using basIni::IniFile;
+using basIni::INIRead;
+using basIni::INIWrite;
+using namespace std::string_literals;
+
+namespace {
+
+TEST(basIni, ReadsValues) {
+  struct Case {
+    std::string text;
+    std::string value;  // of key k in section s; "-" is the default
+  };
+  const std::vector<Case> cases = {
+      {"", "-"},
+      {"[s]\r\nk=v\r\n", "v"},
+      {"[s]\nk=v\n", "v"},
+      {"[s]\r\nk=v", "v"},
+      {"[S]\r\nK=v\r\n", "v"},
+      {"[s]k=v\r\n", "-"},
+      {"[s] k=x\r\nk=v", "v"},
+      {"[s]; text\r\nk=v", "v"},
+      {" \t[ s\t] \r\n\tk \t= \tv \t\r\n", "v"},
+      {"k=x\r\n[s]\r\n", "-"},  // a key ahead of all sections belongs to none
+      {"[s]\r\nk\r\n", "-"},
+      {"[s]\r\nk=\r\n", ""},  // present and empty
+      {"[s]\r\nk=\t \r\nk=x", ""},
+      {"[s]\r\nk=a\r\nk=b", "a"},
+      {"[s]\r\nx=1\r\n[s]\r\nk=v", "-"},  // the first section answers, even by a lack
+      {"[s]\r\n[t]\r\nk=x\r\n[s]\r\nk=v", "-"},
+      {"[S]\r\nk=a\r\n[s]\r\nk=b", "a"},
+      {"[s1]\r\nk=x\r\n[s]\r\nk=v", "v"},
+      {"[s]\r\nk1=x\r\nk=v", "v"},
+      {"[s]\r\nk=\"v\"", "v"},
+      {"[s]\r\nk='v'", "v"},
+      {"[s]\r\nk=\" v \"", " v "},
+      {"[s]\r\nk= \"\" ", ""},
+      {"[s]\r\nk=\"\"v\"\"", "\"v\""},  // one pair goes
+      {"[s]\r\nk=\"'v'\"", "'v'"},
+      {"[s]\r\nk=\"v'", "\"v'"},
+      {"[s]\r\nk=\"v\" x", "\"v\" x"},
+      {"[s]\r\nk=a \"v\"", "a \"v\""},
+      {"[s]\r\nk=\"", "\""},
+      {"[s]\r\n;k=x\r\nk=v", "v"},
+      {"[s]\r\n  ;k=x\r\nk=v;w", "v;w"},
+      {"[s]\r\nk=a=b [c] #d; e", "a=b [c] #d; e"},
+      {"[s]\r\nk=[t]\r\n", "[t]"},
+      {"[s]\r\n#k=x\r\nk=v", "v"},
+      {"[s]\r\nk==v", "=v"},
+      {"[s]\r\n=x\r\nk=v", "v"},
+      {"[s]\r\n[\r\n]\r\n[[\r\nk=v", "v"},  // lone brackets
+      {"[s]\r\n\0\0\x1A\r\nk=v"s, "v"},
+      {"[s]\r\nk=v\x1A\r\n", "v\x1A"},
+      {"[s]\r\nk=v\0junk"s, "v"},  // of the last line the junk behind is cut at its NUL
+      {"[s]\r\nk=v\r\n\x1A\0[\x80\xFF=\r[s]\nk=x\n]"s, "v"},
+      {"\xFF\xFE\0\r\n[s]\r\nk=v"s, "v"},
+      {"[s]\r\nk=\x80\xC4\xFF", "\x80\xC4\xFF"},
+      {"[s]\r\n" + std::string(100000, 'x') + "\r\nk=v", "v"},
+      {"[s]\r\nx=" + std::string(100000, '\xFF') + "\r\nk=v\r\n" + std::string(100000, '['), "v"},
+      {"[" + std::string(100000, 's') + "]\r\nk=x\r\n[s]\r\nk=v", "v"},
+      {"[s]\r\nk=" + std::string(64999, 'v') + "w", std::string(64999, 'v')},
+      {"[s]\r\nk=\"" + std::string(64999, 'v') + "\"", std::string(64999, 'v')},
+      {"[s]\r\nk=\"" + std::string(65000, 'v') + "\"", std::string(64999, 'v')},
+      {"[s]\r\nk=\"" + std::string(65000, 'v'), "\"" + std::string(64998, 'v')},
+  };
+  const TempFolder folder;
+  const FileSystem files;
+  for (const Case& c : cases) {
+    const std::string shown = c.text.substr(0, 60);
+    EXPECT_EQ(INIRead(IniFile(c.text), "s", "k", "-"), c.value) << shown;
+    EXPECT_EQ(INIRead(IniFile(c.text), "S", "K", "-"), c.value) << shown;
+    folder.Write("a.ini", c.text);
+    EXPECT_EQ(INIRead(files, folder.Dos("A.INI"), "s", "k", "-"), c.value) << shown;
+  }
+  EXPECT_EQ(INIRead(IniFile("[Mod10]\r\nTypeID=5"), "Mod1", "TypeID", ""), "");
+  EXPECT_EQ(INIRead(IniFile("[\xC4]\r\n\xD6=v"), "\xE4", "\xF6", ""), "v");
+  EXPECT_EQ(INIRead(files, folder.Dos("none.ini"), "s", "k", "d"), "d");
+  EXPECT_EQ(INIRead(files, folder.Dos(), "s", "k", " d "), " d ");
+  EXPECT_EQ(folder.List(), std::vector<std::string>{"a.ini"});
+}
+
+TEST(basIni, WritesOneValueAndKeepsTheRest) {
+  struct Case {
+    std::string before;
+    std::string after;  // with v as the value of k in s
+  };
+  const std::vector<Case> cases = {
+      {"", "[s]\r\nk=v\r\n"},
+      {"[s]\r\nk=old", "[s]\r\nk=v"},
+      {"[s]\r\n  K \t=  \"old one\"  \r\nx=1\r\n", "[s]\r\n  K \t=  v  \r\nx=1\r\n"},
+      {"[s]\r\nk=\r\nx=1\r\n", "[s]\r\nk=v\r\nx=1\r\n"},
+      {"[s]\r\nk=", "[s]\r\nk=v"},
+      {"[s]\r\nk=a\r\nk=b\r\n", "[s]\r\nk=v\r\nk=b\r\n"},
+      {"; head\r\n\r\n[S] ; x\r\nx=1\r\n; tail\r\n\r\n[t]\r\nk=t\r\n",
+       "; head\r\n\r\n[S] ; x\r\nx=1\r\n; tail\r\nk=v\r\n\r\n[t]\r\nk=t\r\n"},
+      {"[s]", "[s]\r\nk=v\r\n"},
+      {"[s]\r\nx=1", "[s]\r\nx=1\r\nk=v\r\n"},
+      {"[t]\r\nk=t", "[t]\r\nk=t\r\n[s]\r\nk=v\r\n"},
+      {"junk\0\x1A\xFF\r\n[s]\r\nx\r\n"s, "junk\0\x1A\xFF\r\n[s]\r\nx\r\nk=v\r\n"s},
+      {"[s]\r\nx=1\r\n[s]\r\nk=second\r\n", "[s]\r\nx=1\r\nk=v\r\n[s]\r\nk=second\r\n"},
+  };
+  const TempFolder folder;
+  const FileSystem files;
+  for (const Case& c : cases) {
+    folder.Write("a.ini", c.before);
+    INIWrite(files, folder.Dos("a.ini"), "s", "k", "v");
+    EXPECT_EQ(folder.Read("a.ini"), c.after);
+  }
+  INIWrite(files, folder.Dos("Neu.ini"), "Settings", "PlayMusic", "1");
+  EXPECT_EQ(folder.Read("Neu.ini"), "[Settings]\r\nPlayMusic=1\r\n");
+}
+
+TEST(basIni, WhatIsWrittenIsReadBack) {
+  const TempFolder folder;
+  const FileSystem files;
+  std::string other = "; comment\r\n[Other]\r\nk=kept\r\n";
+  folder.Write("a.ini", other);
+  for (const std::string& value :
+       {"plain"s, ""s, " blanks "s, "\ttab"s, "\"quoted\""s, "'quoted'"s, "\""s, "\"\""s, "\"half"s,
+        "a;b=[c]"s, ";"s, "[x]"s, "C:\\Spiele\\GTA\xC4\\"s, "-8,-8,600,450"s,
+        std::string(64999, 'x')}) {
+    INIWrite(files, folder.Dos("a.ini"), "Settings", "Value", value);
+    EXPECT_EQ(INIRead(files, folder.Dos("a.ini"), "settings", "value", "-"), value);
+    EXPECT_EQ(INIRead(files, folder.Dos("a.ini"), "Other", "k", "-"), "kept");
+    EXPECT_TRUE(folder.Read("a.ini").starts_with(other));
+  }
+}
+
+TEST(basIni, AFailedWriteLeavesTheFileAsItWas) {
+  const TempFolder folder;
+  const FileSystem files;
+  const std::string before = "[Settings]\r\nPlayMusic=1\r\n";
+  bool failed = true;
+  int n = 0;
+  while (failed && n < 100) {
+    folder.Write("a.ini", before);
+    files.Faults().FailAt(++n);
+    try {
+      INIWrite(files, folder.Dos("a.ini"), "Settings", "PlayMusic", "0");
+      failed = false;
+    } catch (const Failure&) {
+      EXPECT_EQ(folder.Read("a.ini"), before) << n;
+    }
+    files.Faults().FailAt(0);
+    EXPECT_EQ(folder.List(), std::vector<std::string>{"a.ini"}) << n;
+  }
+  EXPECT_GT(n, 3);
+  EXPECT_EQ(folder.Read("a.ini"), "[Settings]\r\nPlayMusic=0\r\n");
+  std::filesystem::permissions(folder.At("a.ini"), std::filesystem::perms::owner_read);
+  EXPECT_THROW(INIWrite(files, folder.Dos("a.ini"), "Settings", "PlayMusic", "1"), Failure);
+  EXPECT_EQ(folder.Read("a.ini"), "[Settings]\r\nPlayMusic=0\r\n");
+}
+
+}  // namespace
