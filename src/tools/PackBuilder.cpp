@@ -28,6 +28,7 @@ struct SourceEntry {
   SourcePlace place;
   std::string path;  // DOS path text
   bool compressed = false;
+  bool renamed = false;  // by [Entries]
 };
 
 /// A script with the file that it comes from.
@@ -58,7 +59,9 @@ class SourceReader {
     RefuseUnknownSections(ini);
     ReadFolders(root_, rootContent_.folders);
     ReadMods();
+    RenameEntries();
     CheckEntryNames();
+    SortEntries();
     CheckPayloadUses();
     return std::move(content_);
   }
@@ -79,8 +82,10 @@ class SourceReader {
                                const std::set<std::string>& used);
   void ReadFolders(const SourceFolder& parent, const std::vector<std::string>& folders);
   void ReadEntries(const SourceFolder& folder, bool compressed);
+  void RenameEntries();
   void CheckEntryNames();
-  void CheckEntryName(const SourceEntry& entry, bool renamed) const;
+  static void CheckEntryName(const SourceEntry& entry);
+  void SortEntries();
   void CheckPayloadUses() const;
 
   const FileSystem& files_;
@@ -245,47 +250,56 @@ void SourceReader::ReadEntries(const SourceFolder& folder, bool compressed) {
   }
 }
 
-void SourceReader::CheckEntryName(const SourceEntry& entry, bool renamed) const {
+void SourceReader::RenameEntries() {
+  for (SourceEntry& entry : content_.entries) {
+    const auto renamed = entryNames_.extract(entry.place.file);
+    if (renamed.empty()) continue;
+    entry.name = renamed.mapped().text;
+    entry.place = renamed.mapped().place;
+    entry.renamed = true;
+  }
+  if (entryNames_.empty()) return;
+  const auto& [file, name] = *entryNames_.begin();
+  FailAt(name.place, "the folder has no entry \"", file, "\"");
+}
+
+void SourceReader::CheckEntryName(const SourceEntry& entry) {
   if (entry.name.size() > PackSource::kLongestEntryName) {
     FailAt(entry.place, "the entry's name has ", entry.name.size(), " bytes; a pack takes ",
            PackSource::kLongestEntryName);
   }
-  if (!renamed && !PackSource::CanNameFile(entry.name)) {
+  if (!entry.renamed && !PackSource::CanNameFile(entry.name)) {
     FailAt(entry.place, "an entry of this name could never be unpacked");
   }
 }
 
 void SourceReader::CheckEntryNames() {
-  const SourcePlace index{"the pack's index", 0};
-  std::map<std::string, SourcePlace> exact{{std::string(kIndexEntry), index}};
+  // Those named by [Entries] come last, so that a clash is told of their line.
+  std::stable_partition(content_.entries.begin(), content_.entries.end(),
+                        [](const SourceEntry& entry) { return !entry.renamed; });
+  std::map<std::string, SourcePlace> exact{{std::string(kIndexEntry), {"the pack's index", 0}}};
   std::map<std::string, SourcePlace> byLowerCase = exact;
-  for (SourceEntry& entry : content_.entries) {
-    const auto renamed = entryNames_.extract(entry.place.file);
-    if (!renamed.empty()) {
-      entry.name = renamed.mapped().text;
-      entry.place = renamed.mapped().place;
-    }
-    CheckEntryName(entry, !renamed.empty());
+  for (const SourceEntry& entry : content_.entries) {
+    CheckEntryName(entry);
     const auto [same, isNew] = exact.try_emplace(entry.name, entry.place);
     if (!isNew) FailAt(entry.place, "its entry has the same name as that of ", Shown(same->second));
-    if (!renamed.empty()) continue;
+    if (entry.renamed) continue;
     const auto [similar, isNewInLowerCase] =
         byLowerCase.try_emplace(Text::LowerCase(entry.name), entry.place);
     if (isNewInLowerCase) continue;
     FailAt(entry.place, "its entry has the same name as that of ", Shown(similar->second));
   }
-  if (!entryNames_.empty()) {
-    const auto& [file, name] = *entryNames_.begin();
-    FailAt(name.place, "the folder has no entry \"", file, "\"");
-  }
   if (content_.entries.size() >= kMostRecords) {
     Fail(content_.entries.size(), " entries; a pack takes ", kMostRecords - 1, " and its index");
   }
+}
+
+void SourceReader::SortEntries() {
+  const auto key = [](const SourceEntry& entry) {
+    return std::pair(Text::LowerCase(entry.name), entry.name);
+  };
   std::sort(content_.entries.begin(), content_.entries.end(),
-            [](const auto& left, const auto& right) {
-              return std::pair(Text::LowerCase(left.name), left.name) <
-                     std::pair(Text::LowerCase(right.name), right.name);
-            });
+            [&](const auto& left, const auto& right) { return key(left) < key(right); });
 }
 
 void SourceReader::CheckPayloadUses() const {

@@ -1,0 +1,118 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "pack/ArchiveWriter.h"
+#include "tools/Kvpk.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+/// A game directory with one text file, and a pack of three mods: the second one stops at its
+/// sixth line.
+class Install : public testing::Test {
+ protected:
+  Install() {
+    folder_.Write("game/GTA_SA.EXE", "");
+    folder_.Write("game/data/gta.dat", "first\r\nlast\r\n");
+    WritePack(folder_, "a.kvpk",
+              "[Info]\r\nTitle=T\r\nEndScript=" + AddLine("ende") +
+                  "\r\n"
+                  "[Mod1]\r\nTypeID=1\r\nName=Eins\r\nInstallScript=" +
+                  AddLine("eins") +
+                  "\r\n"
+                  "[Mod2]\r\nTypeID=1\r\nName=Zw\xF6i\r\nInstallScript=" +
+                  AddLine("zwei") + "<nl>Delete {<nl>nirgends.txt<nl>}<nl>" + AddLine("nie") +
+                  "\r\n"
+                  "[Mod3]\r\nTypeID=1\r\nName=Drei\r\n"
+                  "InstallScript=Copy {<nl>data<nl>neu.txt<nl>}\r\n"
+                  "[Typ1]\r\nTypeID=1\r\nName=Typ\r\nDescription=\r\n",
+              {{"neu.txt", Compressed("the payload")}});
+  }
+
+  static std::string AddLine(const std::string& text) {
+    return "AddLine {<nl>data\\gta.dat<nl>last<nl>" + text + "<nl>}";
+  }
+  std::string GameText() const { return folder_.Read("game/data/gta.dat"); }
+
+  TempFolder folder_;
+};
+
+TEST_F(Install, RunsAllModsAndTheEndScript) {
+  const KvpkRun run = Kvpk(folder_, {"install", "a.kvpk", "--game", "game"});
+  EXPECT_EQ(run.exitStatus, 3);
+  EXPECT_EQ(run.output,
+            "Installiere Mod: Eins\nFüge Zeile hinzu...gta.dat\n"
+            "Installiere Mod: Zwöi\nFüge Zeile hinzu...gta.dat\nLösche Datei...\n"
+            "Installiere Mod: Drei\nDekomprimieren: neu.txt...100%\nKopiere Datei...neu.txt\n"
+            "Füge Zeile hinzu...gta.dat\n"
+            "Installation der Modifikationen abgeschlossen.\n");
+  EXPECT_THAT(run.errors, testing::StartsWith("kvpk: mod 2, \"Zwöi\", stopped early at line 7, "
+                                              "\"nirgends.txt\": "));
+  EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
+  EXPECT_EQ(GameText(), "first\r\nlast\r\nende\r\nzwei\r\neins\r\n");
+  EXPECT_EQ(folder_.Read("game/data/neu.txt"), "the payload");
+}
+
+TEST_F(Install, RunsTheModsThatAreAskedFor) {
+  EXPECT_EQ(Kvpk(folder_, {"install", "a.kvpk", "--game", "game", "--mods", "3,1"}).exitStatus, 0);
+  EXPECT_EQ(GameText(), "first\r\nlast\r\nende\r\neins\r\n");
+  for (const char* mods : {"0", "4", "1,", "1,x", "-1", "99999999999", " "}) {
+    EXPECT_EQ(Kvpk(folder_, {"install", "a.kvpk", "--game", "game", "--mods", mods}).exitStatus, 2)
+        << mods;
+  }
+  EXPECT_EQ(GameText(), "first\r\nlast\r\nende\r\neins\r\n");
+}
+
+TEST_F(Install, AsksForAGameDirectory) {
+  std::filesystem::remove(folder_.At("game/GTA_SA.EXE"));
+  EXPECT_EQ(Kvpk(folder_, {"install", "a.kvpk", "--game", "game", "--mods", "1"}).exitStatus, 1);
+  EXPECT_EQ(Kvpk(folder_, {"install", "a.kvpk", "--game", "nowhere", "--any-directory"}).exitStatus,
+            1);
+  EXPECT_EQ(GameText(), "first\r\nlast\r\n");
+  EXPECT_EQ(Kvpk(folder_, {"install", "a.kvpk", "--game", "game", "--mods", "1", "--any-directory"})
+                .exitStatus,
+            0);
+  EXPECT_EQ(GameText(), "first\r\nlast\r\nende\r\neins\r\n");
+}
+
+TEST_F(Install, KeepsANamedTempFolder) {
+  std::filesystem::create_directory(folder_.At("keep"));
+  for (const char* temp : {"keep", "made"}) {
+    const KvpkRun run =
+        Kvpk(folder_, {"install", "a.kvpk", "--game", "game", "--mods", "3", "--temp", temp});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(folder_.List(temp), std::vector<std::string>{}) << "nothing is left in it";
+  }
+}
+
+TEST_F(Install, ScriptTellsEachStatusAndTheProgress) {
+  folder_.Write("s.txt",
+                "Copy {\r\ndata\r\nneu.txt\r\n}\r\nAddLine {\r\ndata\\gta.dat\r\nlast\r\n"
+                "\xE4\xF6\xFC\r\n}");
+  const KvpkRun run = Kvpk(folder_, {"script", "s.txt", "--game", "game", "--pack", "a.kvpk"});
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.errors, "");
+  EXPECT_EQ(run.output,
+            "status: Dekomprimieren: neu.txt...100%\nstatus: Kopiere Datei...neu.txt\n"
+            "status: Füge Zeile hinzu...gta.dat\nprogress: 8/8\n");
+  EXPECT_EQ(GameText(), "first\r\nlast\r\n\xE4\xF6\xFC\r\n");
+}
+
+TEST_F(Install, ScriptStopsAtItsFirstFailure) {
+  folder_.Write("here.txt", "in the current directory");
+  folder_.Write("s.txt", "# comment\r\nMove {\r\ndata\r\nhere.txt\r\nnot \x1Bthere.txt\r\n}\r\n");
+  const KvpkRun run = Kvpk(folder_, {"script", "s.txt", "--game", "game"});
+  EXPECT_EQ(run.exitStatus, 3);
+  EXPECT_THAT(run.output, testing::EndsWith("\nprogress: 4/6\n"));
+  EXPECT_THAT(run.errors, HasSubstr("stopped at line 5, \"not \\x1Bthere.txt\": "));
+  EXPECT_EQ(folder_.Read("game/data/here.txt"), "in the current directory");
+  EXPECT_EQ(folder_.Read("here.txt"), "(missing)");
+
+  folder_.Write("empty.txt", "");
+  EXPECT_EQ(Kvpk(folder_, {"script", "empty.txt", "--game", "game"}).output, "progress: 0/-1\n");
+  EXPECT_EQ(Kvpk(folder_, {"script", "no.txt", "--game", "game"}).exitStatus, 1);
+  EXPECT_EQ(Kvpk(folder_, {"script", "s.txt", "--game", "game", "--pack", "s.txt"}).exitStatus, 1);
+}
+
+}  // namespace
