@@ -27,7 +27,6 @@ class ScriptRun {
   /// One of the sixteen commands.
   struct Command {
     std::string_view head;
-    int number;
     std::int32_t firstArgIndex;
     Handler onFirstLine;    // at `ArgIndex` 0; leaves `ArgIndex` one below what it shall be next
     Handler onFurtherLine;  // at `ArgIndex` 2 and more
@@ -86,7 +85,7 @@ class ScriptRun {
   const Command* command_ = nullptr;  // the open block's; null when no block is open
   std::int32_t ArgIndex = 0;          // how far the open block has come
   std::string FirstArg;               // the path that the command works on
-  std::string RawFirstArg;            // the first argument as written, for commands 8 to 13
+  std::string RawFirstArg;            // the first argument as written, for the file commands
   std::string SecondArg;
   bool archiveUsable_ = false;  // the first line of an IMG block named an archive
   int TestKind = 0;             // of `IfExistGoto`: 1 "file", 2 "img", 3 "line", 0 anything else

@@ -47,22 +47,22 @@ bool IsComment(std::string_view trimmed) {
 const std::vector<ScriptRun::Command>& ScriptRun::Commands() {
   using S = ScriptRun;
   static const std::vector<Command> commands = {
-      {"AddLine {", 1, 0, &S::HoldResolvedPath, &S::AddLine},
-      {"RemoveLine {", 2, 0, &S::HoldResolvedPath, &S::RemoveLine},
-      {"ReplaceLine {", 3, 0, &S::HoldResolvedPath, &S::ReplaceLine},
-      {"AddIMG {", 4, 0, &S::LoadArchive, &S::AddIMG},
-      {"RemoveIMG {", 5, 0, &S::LoadArchive, &S::RemoveIMG},
-      {"ReplaceIMG {", 6, 0, &S::LoadArchive, &S::ReplaceIMG},
-      {"RebuildIMG {", 7, 0, &S::RebuildFirstArchive, &S::RebuildIMG},
-      {"Copy {", 8, 0, &S::HoldRawPath, &S::Copy},
-      {"Move {", 9, 0, &S::HoldRawPath, &S::Move},
-      {"Delete {", 10, 2, &S::Ignore, &S::Delete},
-      {"Rename {", 11, 0, &S::HoldRawPath, &S::Rename},
-      {"CreateFolder {", 12, 0, &S::HoldRawPath, &S::CreateFolder},
-      {"RemoveFolder {", 13, 0, &S::HoldRawPath, &S::RemoveFolder},
-      {"ShellExecute {", 14, 0, &S::OpenFirstThing, &S::ShellExecute},
-      {"IfExistGoto {", 15, 0, &S::ChooseTest, &S::IfExistGoto},
-      {"Goto {", 16, 0, &S::SeekTarget, &S::Ignore},
+      {"AddLine {", 0, &S::HoldResolvedPath, &S::AddLine},
+      {"RemoveLine {", 0, &S::HoldResolvedPath, &S::RemoveLine},
+      {"ReplaceLine {", 0, &S::HoldResolvedPath, &S::ReplaceLine},
+      {"AddIMG {", 0, &S::LoadArchive, &S::AddIMG},
+      {"RemoveIMG {", 0, &S::LoadArchive, &S::RemoveIMG},
+      {"ReplaceIMG {", 0, &S::LoadArchive, &S::ReplaceIMG},
+      {"RebuildIMG {", 0, &S::RebuildFirstArchive, &S::RebuildIMG},
+      {"Copy {", 0, &S::HoldRawPath, &S::Copy},
+      {"Move {", 0, &S::HoldRawPath, &S::Move},
+      {"Delete {", 2, &S::Ignore, &S::Delete},
+      {"Rename {", 0, &S::HoldRawPath, &S::Rename},
+      {"CreateFolder {", 0, &S::HoldRawPath, &S::CreateFolder},
+      {"RemoveFolder {", 0, &S::HoldRawPath, &S::RemoveFolder},
+      {"ShellExecute {", 0, &S::OpenFirstThing, &S::ShellExecute},
+      {"IfExistGoto {", 0, &S::ChooseTest, &S::IfExistGoto},
+      {"Goto {", 0, &S::SeekTarget, &S::Ignore},
   };
   return commands;
 }

@@ -170,6 +170,9 @@ bool HasWildcards(std::string_view text) {
 }
 
 bool MatchesWildcards(std::string_view name, std::string_view pattern) {
+  // No system has longer names, and a script's pattern may have thousands of wildcards.
+  constexpr std::size_t kLongestPattern = 255;
+  if (pattern.size() > kLongestPattern) return false;
   const std::vector<PatternStep> steps = ParsePattern(pattern);
   const std::size_t lastDot = name.rfind('.');
   PatternWalk walk(steps);

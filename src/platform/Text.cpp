@@ -137,7 +137,7 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
 
 std::string_view Trim(std::string_view text, std::string_view blanks) {
   const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
+  if (first == std::string_view::npos) return text.substr(text.size());
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 

@@ -247,7 +247,8 @@ std::pair<Posix::DosPathParts, std::string> SplitLast(Posix::DosPathParts parts)
 std::vector<std::string> FindInFolder(const Place& folder, std::string_view pattern, int mask) {
   std::vector<std::string> names;
   if (folder.kind != Kind::kFolder) return names;
-  for (Posix::FolderEntry& entry : Posix::MatchingEntries(folder.native, pattern))
+  int ignored = 0;  // what can't be looked at isn't found
+  for (Posix::FolderEntry& entry : Posix::MatchingEntries(folder.native, pattern, ignored))
     if (FitsMask(entry.name, entry.kind, mask)) names.push_back(std::move(entry.name));
   return names;
 }
@@ -269,7 +270,10 @@ void DeleteMatches(const Posix::WinePrefix& prefix, const Posix::DosPathParts& p
   const Place folder = Posix::FindPlace(prefix, folderParts);
   if (folder.kind == Kind::kNowhere) FailWith("delete", path, folder.error);
   bool any = false;
-  for (const Posix::FolderEntry& entry : Posix::MatchingEntries(folder.native, pattern)) {
+  int error = 0;
+  const auto entries = Posix::MatchingEntries(folder.native, pattern, error);
+  if (error != 0) FailWith("delete", path, error);
+  for (const Posix::FolderEntry& entry : entries) {
     if (!FitsMask(entry.name, entry.kind, kFindFiles)) continue;
     any = true;
     const std::string native = Posix::Below(folder.native, entry.native);

@@ -149,6 +149,29 @@ void Enter(Place& place, const std::string& written) {
   }
 }
 
+// The place of all `names` below `start`, or else of all but the last, or else `start` itself;
+// `found` gets how many names that are. The first two only where each name is on disk as written:
+// since an exact match always goes first, the system may then be asked once for all of them.
+Place FindAsWritten(const std::string& start, const std::vector<std::string>& names,
+                    std::size_t& found) {
+  Place place;
+  std::string folder = start;
+  for (std::size_t i = 0; i + 1 < names.size(); ++i) folder = Below(folder, Text::ToUtf8(names[i]));
+  for (found = names.size(); found > 0 && found + 1 >= names.size(); --found) {
+    const std::string& last = names[found - 1];
+    place.native = found == names.size() ? Below(folder, Text::ToUtf8(last)) : folder;
+    place.name = last;
+    place.asWritten = WithoutTrailingDots(last);
+    Stat(place);
+    if (place.Exists()) return place;
+  }
+  found = 0;
+  place = Place();
+  place.native = start;
+  Stat(place);
+  return place;
+}
+
 }  // namespace
 
 DosPathParts ParseDosPath(std::string_view path) {
@@ -194,10 +217,10 @@ Place FindPlace(const WinePrefix& prefix, const DosPathParts& parts) {
   const std::optional<std::string> start = StartOf(prefix, parts);
   if (!start) return Nowhere({}, errno);
 
-  Place place;
-  place.native = *start;
-  Stat(place);
-  for (auto name = parts.names.begin(); name != parts.names.end(); ++name) {
+  std::size_t found = 0;
+  Place place = FindAsWritten(*start, parts.names, found);
+  for (auto name = parts.names.begin() + static_cast<std::ptrdiff_t>(found);
+       name != parts.names.end(); ++name) {
     if (place.kind == Kind::kFree) {
       place = Nowhere(FolderOf(place.native), ENOENT);
       place.missing.assign(name - 1, parts.names.end());
@@ -213,7 +236,8 @@ Place FindPlace(const WinePrefix& prefix, const DosPathParts& parts) {
   return place;
 }
 
-std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_view pattern) {
+std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_view pattern,
+                                         int& error) {
   std::vector<FolderEntry> entries;
   FolderWalk walk(folder);
   while (const dirent* const entry = walk.Next()) {
@@ -227,6 +251,7 @@ std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_
     }
     entries.push_back({entry->d_name, *std::move(name), kind});
   }
+  error = walk.Error();
   std::sort(entries.begin(), entries.end(), [](const FolderEntry& left, const FolderEntry& right) {
     return ComesBefore(left.name, right.name);
   });

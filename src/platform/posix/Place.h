@@ -73,7 +73,8 @@ struct FolderEntry {
 
 /// The entries of a folder that match a pattern, in order of names. `error` gets the system's
 /// number if the folder can't be read.
-std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_view pattern);
+std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_view pattern,
+                                         int& error);
 
 /// The native folder for a drive letter (lower case) of a prefix; `z` as the prefix has it.
 std::optional<std::string> DriveOfPrefix(const std::filesystem::path& prefix, char letter);

@@ -94,8 +94,11 @@ void DesktopOpener::Open(const std::string& file, const std::string& folder) {
   Launch launch;
   launch.programs = PlacesOfOpener();
   try {
-    launch.argument =
-        DosPath::IsFullPath(file) ? files_.ToNative(file).string() : Text::ToUtf8(file);
+    // What is no path of a file that is there may be an address: the desktop knows.
+    const bool isPath = DosPath::IsFullPath(file) ||
+                        (!DosPath::HasWildcards(file) &&
+                         !files_.FindFirst(file, kFindHidden | kFindSystem | kFindFolders).empty());
+    launch.argument = isPath ? files_.ToNative(file).string() : Text::ToUtf8(file);
     if (!folder.empty()) launch.folder = files_.ToNative(folder).string();
   } catch (const Failure&) {
     return;  // As the desktop does with a file that isn't there: nothing opens.
