@@ -1,0 +1,149 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "install/InstallSession.h"
+#include "install/basScript.h"
+#include "pack/ArchiveWriter.h"
+#include "platform/FileSystem.h"
+#include "platform/Text.h"
+#include "support/RecordingHost.h"
+#include "support/TempFolder.h"
+
+/// Paths below a private folder and the content of their files; a folder's path ends in a slash.
+using Tree = std::map<std::string, std::string>;
+
+/// One run of a script on real directories, and all that it may change.
+struct ScriptRow {
+  const char* what;
+  Tree before;              // laid out ahead of the run
+  const char* script;       // lines, see `InstallTest::Lines`
+  std::size_t stopsAt = 0;  // 1-based line of the failure; 0 for none
+  std::vector<std::string> statuses;
+  /// What differs afterwards: the new content, or nothing for what is gone.
+  std::map<std::string, std::optional<std::string>> changes;
+};
+
+/// A session on a private folder: `game/` is the game directory, `temp/` is `TempDir`,
+/// `start/here/` the current directory, `pack.kvpk` the open pack.
+class InstallTest : public testing::Test {
+ public:
+  InstallTest(const InstallTest&) = delete;
+  InstallTest& operator=(const InstallTest&) = delete;
+
+ protected:
+  InstallTest() : previousFolder_(std::filesystem::current_path()) { LayOut({}); }
+  ~InstallTest() override { std::filesystem::current_path(previousFolder_); }
+
+  /// Empties the private folder and puts the folders and `files` there.
+  void LayOut(const Tree& files) {
+    std::filesystem::current_path(previousFolder_);
+    for (const std::string& name : Folder.List()) std::filesystem::remove_all(Folder.At(name));
+    for (const char* folder : {"game/data", "temp", "start/here"}) Folder.MakeFolder(folder);
+    for (const auto& [path, content] : files) {
+      if (path.ends_with('/')) {
+        Folder.MakeFolder(path);
+      } else {
+        Folder.Write(path, content);
+      }
+    }
+    std::filesystem::current_path(Folder.At("start/here"));
+  }
+
+  /// Writes and opens a pack with these payloads.
+  void OpenPack(const std::vector<std::pair<std::string, std::string>>& payloads) {
+    ArchiveWriter writer;
+    for (const auto& [name, content] : payloads) writer.AddCompressed(name, content);
+    writer.Write(Files, Folder.Dos("pack.kvpk"));
+    Session.ModPackIMG.Load(Folder.Dos("pack.kvpk"));
+  }
+
+  /// A script, written with a bar between its lines and with `<root>` for the private folder.
+  [[nodiscard]] std::string Lines(std::string_view script) const {
+    return Text::Replace(Text::Replace(script, "|", "\r\n"), "<root>", Folder.Dos());
+  }
+
+  /// Runs a script, written as for `Lines`; 0, or the line at which a failure stopped it.
+  std::size_t Run(std::string_view script) {
+    const auto stop = basScript::RunInstallScript(Session, Lines(script));
+    EXPECT_TRUE(!stop || !stop->cause.empty());
+    return stop ? stop->lineNumber : 0;
+  }
+
+  [[nodiscard]] Tree Snapshot() const {
+    Tree tree;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(Folder.Native())) {
+      const std::string path = entry.path().lexically_relative(Folder.Native()).string();
+      tree[entry.is_directory() ? path + "/" : path] =
+          entry.is_directory() ? std::string() : Folder.Read(path);
+    }
+    return tree;
+  }
+
+  /// Names each file and folder that isn't as expected.
+  void ExpectTree(const Tree& expected) const {
+    const Tree actual = Snapshot();
+    const auto shown = [](const Tree& tree, const std::string& path) {
+      const auto found = tree.find(path);
+      return found == tree.end() ? "nothing" : testing::PrintToString(found->second.substr(0, 99));
+    };
+    Tree all = expected;
+    all.insert(actual.begin(), actual.end());
+    for (const auto& [path, content] : all) {
+      const bool same =
+          expected.contains(path) && actual.contains(path) && expected.at(path) == actual.at(path);
+      EXPECT_TRUE(same) << path << " holds " << shown(actual, path)
+                        << ", expected: " << shown(expected, path);
+    }
+  }
+
+  void CheckRow(const ScriptRow& row,
+                const std::vector<std::pair<std::string, std::string>>& payloads) {
+    SCOPED_TRACE(row.what);
+    LayOut(row.before);
+    OpenPack(payloads);
+    Host.Statuses.clear();
+    Tree expected = Snapshot();
+    for (const auto& [path, content] : row.changes) {
+      if (content) {
+        expected[path] = *content;
+      } else {
+        EXPECT_EQ(expected.erase(path), 1U) << path;
+      }
+    }
+    EXPECT_EQ(Run(row.script), row.stopsAt);
+    EXPECT_EQ(Host.Statuses, row.statuses);
+    ExpectTree(expected);
+  }
+
+  /// What the script opened, the game directory shortened to `<game>`.
+  std::vector<std::string> TakeOpened() {
+    std::vector<std::string> files;
+    for (const auto& [file, folder] : std::exchange(Opener.Opened, {})) {
+      files.push_back(Text::Replace(file, Session.SAInstallDir, "<game>"));
+    }
+    return files;
+  }
+
+  TempFolder Folder;
+  FileSystem Files;
+  RecordingHost Host;
+  RecordingOpener Opener;
+  InstallSession Session{Files, Host, Opener, Folder.Dos("temp")};
+
+ private:
+  void SetUp() override { Session.SAInstallDir = Folder.Dos("game"); }
+
+  std::filesystem::path previousFolder_;
+};
