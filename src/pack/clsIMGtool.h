@@ -67,6 +67,7 @@ class clsIMGtool {
   /// Writes the data of the first entry of exactly that name to the start of `strDestination`,
   /// whole sectors; a longer file keeps its tail. False, and nothing touched, if there is none.
   /// Fails on an archive of more than 32,767 records.
+  // The callers by design don't look at the result. NOLINTNEXTLINE(modernize-use-nodiscard)
   bool Export(std::string_view strName, const std::string& strDestination) const;
 
   /// Appends a file as a new entry under its bare name; an entry of that name may exist. One
