@@ -25,7 +25,7 @@ constexpr double kShare = 0.01;
 class Damage : public testing::Test {
  protected:
   Damage() { folder.Write("beside.dff", "untouched"); }
-  ~Damage() override {
+  void TearDown() override {
     EXPECT_EQ(folder.Read("beside.dff"), "untouched");
     EXPECT_EQ(folder.List(), (std::vector<std::string>{"beside.dff", "sandbox"}));
   }
@@ -40,7 +40,7 @@ class Damage : public testing::Test {
 
   TempFolder folder;
   FileSystem files;
-  std::mt19937 random{60};
+  std::mt19937 random{60};  // the same damage every time. NOLINT(cert-msc32-c,cert-msc51-cpp)
 };
 
 TEST_F(Damage, ArchivesAreReadAndEditedWithinTheirBounds) {
@@ -49,7 +49,7 @@ TEST_F(Damage, ArchivesAreReadAndEditedWithinTheirBounds) {
   const std::vector<std::string> archives = {
       RawArchive::Make(RawArchive::Numbered(63)).substr(0, 12000), RawArchive::Make(named, 2)};
   folder.Write("sandbox/new.dff", RawArchive::Noise(3000, 61));
-    for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < kRounds; ++round) {
     // The directory alone, or all of it, suffers.
     std::string bytes = archives[random() % archives.size()];
     const std::size_t directory = round % 2 == 0 ? bytes.size() : std::size_t{300};

@@ -152,7 +152,7 @@ TEST_F(ImgEditing, AddFileNeverOverwritesDataWhenOneMoveFreesNoRoom) {
     ExpectOnDisk(expected);
     EXPECT_EQ(Bytes().size() % 2048, 0U);
   };
-  const std::string data = Noise(2048 * 3, 10);
+  const std::string data = Noise(std::size_t{3} * 2048, 10);
 
   // The lowest entry is empty; several share the lowest offset; some of them are empty.
   std::vector<std::pair<int, int>> places(63, {2, 1});
@@ -219,7 +219,7 @@ TEST_F(ImgEditing, RemoveFileShiftsTheRegionAndNothingElse) {
   for (const int removed : {1, 3, 5}) {
     Load(old);
     tool.RemoveFile("E" + std::to_string(removed));
-    const auto slot = static_cast<std::size_t>(8 + (removed - 1) * 32);
+    const auto slot = 8 + static_cast<std::size_t>(removed - 1) * 32;
     std::string expected = old;
     expected.erase(slot, 32).insert(4096 - 32, std::string(32, '\0'));
     expected.replace(4, 4, Number(4));
@@ -234,7 +234,7 @@ TEST_F(ImgEditing, RemoveFileComparesNamesInLowerCase) {
   const std::string bytes =
       Filled(Header(5) + Record(1, 1, full) + Record(2, 1, "L\xD6SCHE.\xDF\0rest"s) +
              Record(3, 1, "abc.dff") + Record(4, 1, "ABC.DFF") + Record(5, 1, "x\xD7")) +
-      Noise(5 * 2048, 12);
+      Noise(std::size_t{5} * 2048, 12);
   struct Case {
     std::string name;
     int removed;  // 1-based record, 0 none
@@ -260,7 +260,7 @@ TEST_F(ImgEditing, RemoveFileComparesNamesInLowerCase) {
 TEST_F(ImgEditing, RemovingTheLowestRecordFindsTheNextOne) {
   Load(Filled(Header(5) + Record(4, 1, "a") + Record(1, 1, "b") + Record(2, 1, "c") +
               Record(2, 2, "d") + Record(5, 0, "e")) +
-       Noise(4 * 2048, 13));
+       Noise(std::size_t{4} * 2048, 13));
   for (const char* name : {"b", "d", "a", "c"}) {
     tool.RemoveFile(name);
     ExpectMembersAreRight();
@@ -299,7 +299,7 @@ TEST_F(ImgEditing, LastRecordOutAndAnotherInWithoutALoadBetween) {
 }
 
 TEST_F(ImgEditing, RebuildWritesEntriesInDirectoryOrderWithoutGaps) {
-  const std::string data = Noise(8 * 2048, 15);
+  const std::string data = Noise(std::size_t{8} * 2048, 15);
   const std::string junk = "b\0 behind the name"s;
   const std::string full = "exactly24characters.dff1";
   const auto part = [&](std::size_t sector, std::size_t count) {

@@ -64,7 +64,7 @@ TEST_F(ImgReading, LoadReadsNamesPlacesAndLowestRecord) {
       Filled(Header(6) + Record(3, 1, "plain.dff") + Record(1, 2, "junk.dff\0what was here"s) +
              Record(5, 0, "exactly24characters.dff1") + Record(1, 1, "L\xD6SCHE.TXD") +
              Record(-1, -2, "") + Record(6, 1, "last")) +
-      Noise(6 * 2048, 1);
+      Noise(std::size_t{6} * 2048, 1);
   ASSERT_TRUE(Load(bytes));
   EXPECT_EQ(tool.IMGFile(), folder.Dos("a.img"));
   EXPECT_EQ(tool.EntryCount(), 6);
@@ -202,7 +202,7 @@ TEST_F(ImgReading, MoreThan32767RecordsCannotBeSearched) {
   const auto make = [](int count) {
     std::string bytes = Header(count) + Record(600, 0, "first");
     for (int i = 1; i < count; ++i) bytes += Record(600, 0, "e");
-    return Filled(bytes, 600 * 2048);
+    return Filled(bytes, std::size_t{600} * 2048);
   };
   ASSERT_TRUE(Load(make(32767)));
   EXPECT_TRUE(tool.ExistsInIMG("first"));
