@@ -1,0 +1,123 @@
+#include "controls/Fonts.h"
+
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QPainterPath>
+#include <QPolygonF>
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace {
+
+constexpr const char* kTahoma = "Tahoma";
+constexpr const char* kMarlett = "Marlett";
+// Where Debian's fonts-wine lays the free fonts of these names.
+constexpr std::array<const char*, 3> kFreeFonts = {"/usr/share/wine/fonts/tahoma.ttf",
+                                                   "/usr/share/wine/fonts/tahomabd.ttf",
+                                                   "/usr/share/wine/fonts/marlett.ttf"};
+
+bool pretendMarlettIsMissing = false;
+
+bool IsThere(const char* family) {
+  return QFontDatabase::families().contains(family);
+}
+
+// One stroke of a glyph, in tenths of its box's width and height.
+using Stroke = QPolygonF;
+
+std::vector<Stroke> StrokesOf(QChar glyph) {
+  switch (glyph.unicode()) {
+    case 'r':
+      return {Stroke({{2, 2}, {8, 8}}), Stroke({{8, 2}, {2, 8}})};
+    case '0':
+      return {Stroke({{2, 8}, {7, 8}})};
+    case '1':
+      return {Stroke({{1, 1}, {9, 1}, {9, 9}, {1, 9}, {1, 1}}), Stroke({{1, 2}, {9, 2}})};
+    case '2':
+      return {Stroke({{3, 1}, {9, 1}, {9, 6}, {3, 6}, {3, 1}}),
+              Stroke({{1, 4}, {7, 4}, {7, 9}, {1, 9}, {1, 4}})};
+    case 'a':
+    case 'b':
+      return {Stroke({{2, 5}, {4, 8}, {8, 2}})};
+    default:
+      return {};
+  }
+}
+
+void DrawGlyph(QPainter& painter, const QRect& box, int size, QChar glyph) {
+  constexpr double kTenths = 10.0;
+  const double unit = size / kTenths;
+  const QPointF corner(box.left() + (box.width() - size) / 2.0,
+                       box.top() + (box.height() - size) / 2.0);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  QPen pen = painter.pen();
+  pen.setWidthF(std::max(1.0, size / 7.0));
+  pen.setCapStyle(Qt::FlatCap);
+  pen.setJoinStyle(Qt::MiterJoin);
+  painter.setPen(pen);
+  painter.setBrush(Qt::NoBrush);
+  painter.translate(corner);
+  for (Stroke stroke : StrokesOf(glyph)) {
+    for (QPointF& point : stroke) point *= unit;
+    painter.drawPolyline(stroke);
+  }
+  painter.restore();
+}
+
+}  // namespace
+
+namespace Fonts {
+
+void Load() {
+  for (const char* const file : kFreeFonts) {
+    const char* const family = QString(file).contains("marlett") ? kMarlett : kTahoma;
+    const bool isBold = QString(file).contains("bd.");
+    if ((isBold || !IsThere(family)) && QFileInfo::exists(file)) {
+      QFontDatabase::addApplicationFont(file);
+    }
+  }
+}
+
+QFont Tahoma(int pixels) {
+  QFont font;
+  font.setFamilies({kTahoma, "Verdana", "DejaVu Sans", "Liberation Sans", "Noto Sans", "Arial"});
+  font.setStyleHint(QFont::SansSerif);
+  font.setPixelSize(pixels);
+  return font;
+}
+
+QFont Marlett(int pixels) {
+  QFont font;
+  font.setFamily(kMarlett);
+  font.setPixelSize(pixels);
+  return font;
+}
+
+bool NeedsDrawnGlyphs(const QFont& font) {
+  return font.families().contains(kMarlett) && (pretendMarlettIsMissing || !IsThere(kMarlett));
+}
+
+void PretendMarlettIsMissing(bool missing) {
+  pretendMarlettIsMissing = missing;
+}
+
+QSize CaptionSize(const QFont& font, const QString& caption) {
+  if (NeedsDrawnGlyphs(font)) {
+    return {font.pixelSize() * static_cast<int>(caption.size()), font.pixelSize()};
+  }
+  return QFontMetrics(font).size(0, caption);
+}
+
+void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption) {
+  if (NeedsDrawnGlyphs(font)) {
+    for (const QChar glyph : caption) DrawGlyph(painter, box, font.pixelSize(), glyph);
+    return;
+  }
+  painter.setFont(font);
+  painter.drawText(box, Qt::AlignCenter | Qt::TextDontClip, caption);
+}
+
+}  // namespace Fonts

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QFont>
+#include <QPainter>
+#include <QRect>
+#include <QSize>
+#include <QString>
+
+/// The fonts of the skin, in pixel sizes, so that the layout holds at any screen setting.
+namespace Fonts {
+
+/// Loads Tahoma and Marlett from where Debian's fonts-wine lays them, unless they are installed.
+/// Call it once, after the application object exists; without either the closest sans face and
+/// drawn glyphs serve.
+void Load();
+
+/// Text height of "Tahoma" 8.25 points: 11 pixels.
+inline constexpr int kTextPixels = 11;
+
+/// "Tahoma" in a pixel size.
+QFont Tahoma(int pixels = kTextPixels);
+/// "Marlett", the font of window glyphs, in a pixel size.
+QFont Marlett(int pixels);
+
+/// Whether the font is Marlett and isn't there, so that its letters have to be drawn.
+bool NeedsDrawnGlyphs(const QFont& font);
+/// For tests: as if Marlett weren't there.
+void PretendMarlettIsMissing(bool missing);
+
+/// Size of a caption in pixels. Line breaks count.
+QSize CaptionSize(const QFont& font, const QString& caption);
+/// Draws a caption into `box`, centred, in the painter's pen colour. Letters of Marlett that
+/// stand for glyphs ("r" close, "0" minimise, "1" maximise, "2" restore, "a" and "b" check mark)
+/// are drawn as shapes of the same box and colour where the font is missing.
+void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption);
+
+}  // namespace Fonts
