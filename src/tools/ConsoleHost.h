@@ -41,6 +41,8 @@ class InstallConsole : public ConsoleHost {
   explicit InstallConsole(bool showProgress) : showProgress_(showProgress) {}
   InstallConsole(const InstallConsole&) = delete;
   InstallConsole& operator=(const InstallConsole&) = delete;
+  InstallConsole(InstallConsole&&) = delete;
+  InstallConsole& operator=(InstallConsole&&) = delete;
   ~InstallConsole() override { ClearProgress(); }
 
   void SetStatus(const std::string& text) override;

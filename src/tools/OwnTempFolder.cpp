@@ -27,7 +27,7 @@ std::filesystem::path MakeFolder() {
   const std::filesystem::path parent = std::filesystem::temp_directory_path();
   constexpr int kTries = 100;
   for (int i = 0; i < kTries; ++i) {
-    const std::filesystem::path folder = parent / RandomName();
+    std::filesystem::path folder = parent / RandomName();
     std::error_code error;
     if (!std::filesystem::create_directory(folder, error)) {
       if (error) Fail("making the folder ", Shown(folder), ": ", error.message());

@@ -14,6 +14,8 @@ class OwnTempFolder {
   explicit OwnTempFolder(const FileSystem& files);
   OwnTempFolder(const OwnTempFolder&) = delete;
   OwnTempFolder& operator=(const OwnTempFolder&) = delete;
+  OwnTempFolder(OwnTempFolder&&) = delete;
+  OwnTempFolder& operator=(OwnTempFolder&&) = delete;
   ~OwnTempFolder();
 
   /// DOS path text, without a trailing backslash.

@@ -67,10 +67,10 @@ class SourceReader {
   }
 
  private:
-  SourceIni ReadIni(const SourceFolder& folder, const FolderContent& content,
-                    std::string_view name) const;
+  [[nodiscard]] SourceIni ReadIni(const SourceFolder& folder, const FolderContent& content,
+                                  std::string_view name) const;
   void ReadEntryNames(const SourceIni& ini);
-  std::string UnescapedName(const SourceValue& value) const;
+  [[nodiscard]] std::string UnescapedName(const SourceValue& value) const;
   void ReadPack(const SourceIni& ini);
   void ReadTypes(const SourceIni& ini);
   void RefuseUnknownSections(const SourceIni& ini) const;
@@ -403,6 +403,8 @@ class UnfinishedFile {
       : files_(files), finalPath_(std::move(finalPath)) {}
   UnfinishedFile(const UnfinishedFile&) = delete;
   UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+  UnfinishedFile(UnfinishedFile&&) = delete;
+  UnfinishedFile& operator=(UnfinishedFile&&) = delete;
   ~UnfinishedFile() {
     if (placed_) return;
     try {

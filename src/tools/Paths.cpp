@@ -41,7 +41,7 @@ std::string MakeEmptyFolder(const FileSystem& files, const std::string& utf8) {
 
 void LoadExisting(const FileSystem& files, clsIMGtool& archive, const std::string& utf8) {
   if (!archive.Load(ExistingFile(files, utf8))) {
-    Fail("\"", EngineText(utf8), "\" isn't an IMG archive: it doesn't begin with \"VER2\"");
+    Fail("\"", EngineText(utf8), R"(" isn't an IMG archive: it doesn't begin with "VER2")");
   }
 }
 

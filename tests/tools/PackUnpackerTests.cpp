@@ -116,7 +116,7 @@ TEST(Unpack, KeepsOddEntriesInsideTheFolder) {
       {"once", Compressed("never seen")},
   };
   for (const char* name :
-       {"../x",    "..",      "a/b", "a\\..\\..\\b", "Z:\\x", "/tmp/x", "con",
+       {"../x",    "..",      "a/b", R"(a\..\..\b)", "Z:\\x", "/tmp/x", "con",
         "NUL.txt", ".hidden", " x ", "x ",           "x.",    "%41",    "\"q\"",
         "a\nb\r",  "a=b",     ";c",  "[d]",          "*?",    "",       "\x81\x8D\xFF"}) {
     entries.push_back({name, Compressed(std::string("data of ") + name)});
