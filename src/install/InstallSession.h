@@ -18,7 +18,9 @@ class InstallSession {
   /// `tempDir`: DOS path text of an existing folder, without a trailing backslash.
   InstallSession(const FileSystem& files, InstallHost& host, ShellOpener& shell,
                  std::string tempDir);
+  InstallSession(InstallSession&&) = delete;
   InstallSession(const InstallSession&) = delete;
+  InstallSession& operator=(InstallSession&&) = delete;
   InstallSession& operator=(const InstallSession&) = delete;
   ~InstallSession() = default;
 
