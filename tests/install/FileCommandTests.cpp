@@ -21,7 +21,8 @@ class FileCommands : public InstallTest {
  protected:
   void Check(const std::vector<ScriptRow>& rows) {
     for (const ScriptRow& row : rows) {
-      CheckRow(row, {{"neu.txt", "NEU"}, {"\xDC.txt", "UE"}, {"beide.txt", "PACK"}});
+      CheckRow(row,
+               {{"neu.txt", "NEU"}, {"\xDC.txt", "UE"}, {"beide.txt", "PACK"}, {".h", "PACK"}});
     }
   }
   /// An entry of the pack as it is exported, with its sector fill.
@@ -56,7 +57,7 @@ TEST_F(FileCommands, Copy) {
        {{"game/data/beide.txt", "DISK"}}},
       {"absolute target, source with folders, the name as on disk",
        {{"start/Q.txt", "q"}},
-       "Copy {|<root>\\\\game\\\\data|..\\q.TXT|}",
+       R"(Copy {|<root>\\game\\data|..\q.TXT|})",
        0,
        {"Kopiere Datei...Q.txt"},
        {{"game/data/Q.txt", "q"}}},
@@ -90,7 +91,7 @@ TEST_F(FileCommands, Copy) {
        3,
        {"Kopiere Datei...q.txt"},
        {}},
-      {"a hidden source has no name for the target",
+      {"a hidden source counts before the pack, and has no name for the target",
        {{"start/here/.h", "h"}},
        "Copy {|data|.h|}",
        3,
@@ -149,7 +150,7 @@ TEST_F(FileCommands, Move) {
        {}},
       {"onto itself: it stays",
        {{"start/here/q.txt", "q"}},
-       "Move {|<root>\\start\\here\\|q.txt|}",
+       R"(Move {|<root>\start\here\|q.txt|})",
        3,
        {"Verschiebe Datei...q.txt"},
        {}},
@@ -176,7 +177,7 @@ TEST_F(FileCommands, Delete) {
        {{"start/here/q.txt", kGone}}},
       {"below TempDir",
        {{"temp/q.txt", "2"}, {"game/q.txt", "3"}, {"temp/sub/r.txt", "4"}},
-       "Delete {|q.txt|\\sub\\\\r.txt|}",
+       R"(Delete {|q.txt|\sub\\r.txt|})",
        0,
        {"L\xF6sche Datei...q.txt", "L\xF6sche Datei...r.txt"},
        {{"temp/q.txt", kGone}, {"temp/sub/r.txt", kGone}}},
@@ -222,7 +223,7 @@ TEST_F(FileCommands, Delete) {
        {}},
       {"absolute",
        {{"game/q.txt", "3"}},
-       "Delete {|<root>\\\\game\\\\q.txt",
+       R"(Delete {|<root>\\game\\q.txt)",
        0,
        {"L\xF6sche Datei...q.txt"},
        {{"game/q.txt", kGone}}},
@@ -233,7 +234,7 @@ TEST_F(FileCommands, Rename) {
   Check({
       {"as written; the bare name keeps the folder",
        {{"game/data/a.txt", "a"}},
-       "Rename {|<root>\\game\\data\\A.txt|B.txt|}",
+       R"(Rename {|<root>\game\data\A.txt|B.txt|})",
        0,
        {"Umbenennen der Datei...a.txt"},
        {{"game/data/a.txt", kGone}, {"game/data/B.txt", "a"}}},
@@ -364,7 +365,7 @@ TEST_F(FileCommands, WriteProtectedFilesStay) {
   const std::vector<Case> cases = {
       {"Copy {|data|q.txt|}", 3},
       {"Move {|data|q.txt|}", 3},
-      {"Delete {|<root>\\game\\data\\q.txt|}", 2},
+      {R"(Delete {|<root>\game\data\q.txt|})", 2},
       {"AddLine {|data\\q.txt|alt|x|}", 0},
       {"ReplaceLine {|data\\q.txt|alt|x|}", 0},
   };
@@ -395,7 +396,7 @@ TEST_F(FileCommands, ShellExecute) {
       {"http://x/y", "http://x/y", ""},
       {"liesmich.txt", "liesmich.txt", ""},
       {"data\\liesmich.txt", "data\\liesmich.txt", ""},
-      {"\\data\\\\liesmich.txt", game + "\\data\\liesmich.txt", game + "\\data\\"},
+      {R"(\data\\liesmich.txt)", game + "\\data\\liesmich.txt", game + "\\data\\"},
       {"c:\\x\\y.exe -z", "c:\\x\\y.exe -z", "c:\\x\\"},
       {"c:\\", "c:\\", "c:\\"},
       {"c:/x/y.exe", "c:/x/y.exe", ""},
@@ -404,7 +405,7 @@ TEST_F(FileCommands, ShellExecute) {
       {"x|http://x/y", game + "\\http://x/y", game + "\\"},
       {"x|liesmich.txt", game + "\\liesmich.txt", game + "\\"},
       {"x|\\liesmich.txt", game + "\\liesmich.txt", game + "\\"},
-      {"x|c:\\\\x\\y.exe", "c:\\\\x\\y.exe", "c:\\\\x\\"},
+      {R"(x|c:\\x\y.exe)", R"(c:\\x\y.exe)", R"(c:\\x\)"},
       {"x|y|cd:\\x", "cd:\\x", ""},
   };
   for (const Case& testCase : cases) {
@@ -484,17 +485,17 @@ TEST_F(FileCommands, ResolvePath) {
   };
   const std::vector<Case> cases = {
       {"x.txt", "Z:\\Spiel\\x.txt"},
-      {"data\\x.txt", "Z:\\Spiel\\data\\x.txt"},
-      {"\\data\\x.txt", "Z:\\Spiel\\data\\x.txt"},
-      {"data\\\\x.txt", "Z:\\Spiel\\data\\x.txt"},
-      {"\\\\x", "Z:\\Spiel\\\\x"},
+      {"data\\x.txt", R"(Z:\Spiel\data\x.txt)"},
+      {"\\data\\x.txt", R"(Z:\Spiel\data\x.txt)"},
+      {"data\\\\x.txt", R"(Z:\Spiel\data\x.txt)"},
+      {"\\\\x", R"(Z:\Spiel\\x)"},
       {"", "Z:\\Spiel\\"},
       {"c:x", "Z:\\Spiel\\c:x"},
       {"c:/x", "Z:\\Spiel\\c:/x"},
       {"http://x", "Z:\\Spiel\\http://x"},
       {"c:", "c:"},
       {"C:\\x\\", "C:\\x\\"},
-      {"c:\\\\x\\\\y", "c:\\\\x\\\\y"},
+      {R"(c:\\x\\y)", R"(c:\\x\\y)"},
       {"data\\ab:\\x", "data\\ab:\\x"},
       {"\\c:", "\\c:"},
       {":", ":"},

@@ -202,9 +202,9 @@ TEST_F(ImgCommands, NamesThatLeadOutOfTempDirAreNotUnpacked) {
                        "a/b",   "x:y",     "*",       "?.dff", "..\\game\\neu"};
   std::vector<std::pair<std::string, std::string>> payloads;
   for (const std::string& name : names) payloads.emplace_back(name, "BOESE");
-  for (const std::string command :
-       {"AddIMG {|models\\Spiel.img|", "ReplaceIMG {|models\\Spiel.img|", "Copy {|data|",
-        "Move {|data|"}) {
+  for (const std::string& command :
+       Texts{"AddIMG {|models\\Spiel.img|", "ReplaceIMG {|models\\Spiel.img|", "Copy {|data|",
+             "Move {|data|"}) {
     for (const std::string& name : names) {
       SCOPED_TRACE(command + name);
       // Folders that such a name could be written to, and a file that it could overwrite.

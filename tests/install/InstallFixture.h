@@ -39,7 +39,9 @@ struct ScriptRow {
 /// `start/here/` the current directory, `pack.kvpk` the open pack.
 class InstallTest : public testing::Test {
  public:
+  InstallTest(InstallTest&&) = delete;
   InstallTest(const InstallTest&) = delete;
+  InstallTest& operator=(InstallTest&&) = delete;
   InstallTest& operator=(const InstallTest&) = delete;
 
  protected:

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "install/InstallFixture.h"
+#include "platform/Failure.h"
 
 namespace {
 
@@ -14,11 +15,10 @@ using Texts = std::vector<std::string>;
 
 class ScriptWalk : public InstallTest {
  protected:
-  /// A script with `do1` to `do5` for a block that opens that digit.
+  /// A script with `do0` to `do5` for a block that opens that digit.
   std::size_t RunProbes(std::string script) {
     for (const char digit : std::string_view("012345")) {
-      const std::string name(1, digit);
-      script = Text::Replace(script, "do" + name, "ShellExecute {|" + name + "|}");
+      script = Text::Replace(script, Concat("do", digit), Concat("ShellExecute {|", digit, "|}"));
     }
     return Run(script);
   }
@@ -151,7 +151,7 @@ TEST_F(ScriptWalk, IfExistGotoTakesOneOfItsTwoLabels) {
       {"file|data\\", "1"},
       {"file|.h", "1"},
       {"file|data\\*.txt", "1"},
-      {"file|<root>\\start\\here\\nur_hier.txt", "1"},
+      {R"(file|<root>\start\here\nur_hier.txt)", "1"},
       {"file|nur_hier.txt", "2"},
       {"file|data\\fehlt.txt", "2"},
       {"file|fehlt\\da.txt", "2"},
@@ -163,10 +163,10 @@ TEST_F(ScriptWalk, IfExistGotoTakesOneOfItsTwoLabels) {
   };
   for (const auto& [test, opened] : tests) {
     SCOPED_TRACE(test);
-    EXPECT_EQ(RunProbes("IfExistGoto {|" + test + "|ja|nein" + tail), 0U);
+    EXPECT_EQ(RunProbes(Concat("IfExistGoto {|", test, "|ja|nein", tail)), 0U);
     EXPECT_EQ(TakeOpened(), Texts{opened});
     // Further lines of the block count for nothing.
-    EXPECT_EQ(RunProbes("IfExistGoto {|" + test + "|ja|nein|ende|ende" + tail), 0U);
+    EXPECT_EQ(RunProbes(Concat("IfExistGoto {|", test, "|ja|nein|ende|ende", tail)), 0U);
     EXPECT_EQ(TakeOpened(), Texts{opened});
   }
 }
