@@ -47,6 +47,9 @@ class clsEncryption {
   void BuildKey();
   void EncryptByte(unsigned char& b);
   void EncryptBytes(char* bytes, std::size_t count);
+  /// `EncryptByte` over the bytes up to the walk's next return to the start of the key, for keys
+  /// that fit the 16-bit arithmetic; returns how many. Bytes of one pass don't wait for another.
+  std::size_t EncryptPass(char* bytes, std::size_t count);
   std::size_t ReadFile(const File& file, std::int64_t position, std::string& buffer,
                        std::size_t maxLength);
 
