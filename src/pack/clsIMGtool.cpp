@@ -121,6 +121,39 @@ void CloseGap(File& archive, std::int64_t position, std::int64_t regionEnd) {
   archive.WriteAt(lastSlot, std::string(kRecordSize, '\0'));
 }
 
+/// Writes the data of entries to a file one behind the other, a block at a time. The blocks end at
+/// whole multiples of their size, where the system has the least to do for each; the entries
+/// themselves begin and end anywhere.
+class BlockWriter {
+ public:
+  BlockWriter(File& target, std::int64_t position) : target_(target), position_(position) {}
+
+  void Append(const File& source, std::int64_t offset, std::int64_t length) {
+    while (length > 0) {
+      const std::int64_t end = position_ + static_cast<std::int64_t>(block_.size());
+      const std::int64_t count = std::min(length, kBlockSize - end % kBlockSize);
+      const std::size_t filled = block_.size();
+      block_.resize(filled + static_cast<std::size_t>(count));
+      source.ReadAt(offset, block_.data() + filled, static_cast<std::size_t>(count));
+      offset += count;
+      length -= count;
+      if ((end + count) % kBlockSize == 0) Flush();
+    }
+  }
+  void Flush() {
+    target_.WriteAt(position_, block_);
+    position_ += static_cast<std::int64_t>(block_.size());
+    block_.clear();
+  }
+
+ private:
+  static constexpr std::int64_t kBlockSize = 65536;
+
+  File& target_;
+  std::int64_t position_;  // where the block goes
+  std::string block_;
+};
+
 }  // namespace
 
 double clsIMGtool::BytesToNumber(std::string_view fourBytes) {
@@ -207,17 +240,16 @@ bool clsIMGtool::ExistsInIMG(std::string_view strName) const {
 bool clsIMGtool::Export(std::string_view strName, const std::string& strDestination) const {
   const udtIMGEntry* const entry = FindEntry(strName);
   if (entry == nullptr) return false;
-  std::string data;
-  {
-    const File archive = files_.OpenForReading(imgFile_);
-    if (entry->Offset < 0 || entry->Size < 0) {
-      Fail("archive \"", imgFile_, "\": entry \"", strName, "\" has ", entry->Size, " bytes at ",
-           entry->Offset);
-    }
-    data = archive.ReadAt(entry->Offset, entry->Size);
+  const File archive = files_.OpenForReading(imgFile_);
+  const std::int64_t length = archive.Size();
+  if (entry->Offset < 0 || entry->Size < 0 || std::int64_t{entry->Offset} + entry->Size > length) {
+    Fail("archive \"", imgFile_, "\": entry \"", strName, "\" has ", entry->Size, " bytes at ",
+         entry->Offset, ", which don't lie in the file's ", length, " bytes");
   }
   File destination = files_.OpenBinary(strDestination);
-  destination.WriteAt(0, data);
+  BlockWriter writer(destination, 0);
+  writer.Append(archive, entry->Offset, entry->Size);
+  writer.Flush();
   destination.Close();
   return true;
 }
@@ -351,10 +383,12 @@ void clsIMGtool::CopyEntries(const File& source, File& target, std::int64_t coun
   std::int64_t position = WholeSectors(kHeaderSize + 1 + count * kRecordSize);
   std::string head = source.ReadAt(0, kHeaderSize);
   const std::string directory = source.ReadAt(kHeaderSize, count * kRecordSize);
+  const std::int64_t length = source.Size();
+  BlockWriter writer(target, position);
   for (std::int64_t i = 0; i < count; ++i) {
     const Record record = RecordAt(directory, static_cast<std::size_t>(i));
-    CheckData(source.Path(), i + 1, record, source.Size());
-    target.CopyFrom(source, record.offset, record.size, position);
+    CheckData(source.Path(), i + 1, record, length);
+    writer.Append(source, record.offset, record.size);
     head += NumberToBytes(static_cast<double>(position) / kSector);
     head += record.sizeField;
     head += record.nameField;  // what stands behind its NUL goes along
@@ -363,6 +397,7 @@ void clsIMGtool::CopyEntries(const File& source, File& target, std::int64_t coun
     if (RebuildProgress) RebuildProgress(static_cast<double>(i + 1), static_cast<double>(count));
     if (DoEvents) DoEvents();
   }
+  writer.Flush();
   // The rest of the directory's last sector holds NULs.
   head.resize(static_cast<std::size_t>(WholeSectors(kHeaderSize + 1 + count * kRecordSize)));
   target.WriteAt(0, head);
