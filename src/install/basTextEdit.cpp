@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "core/LinePattern.h"
 #include "core/basDebugLog.h"
@@ -53,29 +54,26 @@ std::string_view From(std::string_view text, std::int64_t position) {
   return text.substr(static_cast<std::size_t>(position - 1));
 }
 
-/// The whole text after an edit at the found line.
+/// The whole text after an edit at the found line, in parts: the text before the edit, the new
+/// text, and the text behind. They point into `all` and `newText`: these files are edited a line at
+/// a time, and a copy of all the rest for each line would cost more than the reading and writing.
 ///
 /// The positions take every line end to be two bytes long, also a lone CR. An added text takes
 /// the line end of the line above it once more as its own, and one that found no place goes to
 /// the end without a line end. Other people's packs rely on all of this: it stays.
-std::string Edited(const std::string& all, const std::optional<FoundLine>& found,
-                   std::string_view newText, EditMode mode) {
+std::vector<std::string_view> Edited(std::string_view all, const std::optional<FoundLine>& found,
+                                     std::string_view newText, EditMode mode) {
   const std::int64_t position = found ? found->position : 0;
   const std::int64_t length = found ? found->length : 0;
-  const auto joined = [&](std::string_view before, std::string_view after) {
-    std::string text;
-    text.reserve(before.size() + newText.size() + after.size());
-    return text.append(before).append(newText).append(after);
-  };
   const std::int64_t lengthBefore = position - 1 - (length + kLineEndLength);
   switch (mode) {
     case EditMode::kAdd:
-      if (!found) return joined(all, "");
-      return joined(Left(all, position - 1), From(all, position - kLineEndLength));
+      if (!found) return {all, newText};
+      return {Left(all, position - 1), newText, From(all, position - kLineEndLength)};
     case EditMode::kRemove:
-      return joined(Left(all, lengthBefore), From(all, position));
+      return {Left(all, lengthBefore), newText, From(all, position)};
     case EditMode::kReplace:
-      return joined(Left(all, lengthBefore), From(all, position - kLineEndLength));
+      return {Left(all, lengthBefore), newText, From(all, position - kLineEndLength)};
   }
   Fail("there is no edit mode ", static_cast<int>(mode));
 }

@@ -76,6 +76,8 @@ class File {
   std::size_t ReadSomeAt(std::int64_t offset, char* buffer, std::size_t length) const;
   /// Writes all of `bytes`; a gap before `offset` is filled with NULs.
   void WriteAt(std::int64_t offset, std::string_view bytes);
+  /// The same with the bytes in parts, one behind the other, in one operation.
+  void WriteAt(std::int64_t offset, const std::vector<std::string_view>& parts);
   /// Copies `length` bytes of `source`, which must not be this file, to `offset`, in large blocks
   /// or within the system. Fails if the source ends before.
   void CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t length,
@@ -144,6 +146,8 @@ class FileSystem {
   /// Writes a file in place so that it holds exactly `text`; created if missing. If the disk has
   /// no room, it stays as it was.
   void WriteWhole(std::string_view path, std::string_view text) const;
+  /// The same with the text in parts, one behind the other.
+  void WriteWhole(std::string_view path, const std::vector<std::string_view>& parts) const;
   /// Replaces a file by one that holds `text`, or, on a failure, leaves it as it was.
   void ReplaceWhole(std::string_view path, std::string_view text) const;
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
@@ -38,4 +39,8 @@ std::string File::ReadAt(std::int64_t offset, std::int64_t length) const {
 std::string FileSystem::ReadWhole(std::string_view path) const {
   const File file = OpenForReading(path);
   return file.ReadAt(0, file.Size());
+}
+
+void FileSystem::WriteWhole(std::string_view path, std::string_view text) const {
+  WriteWhole(path, std::vector{text});
 }

@@ -7,9 +7,11 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include "platform/Failure.h"
@@ -35,6 +37,30 @@ auto Uninterrupted(Action action) {
 int ReasonOfChange(int number, int error) {
   const int flags = fcntl(number, F_GETFL);
   return flags >= 0 && (flags & O_ACCMODE) == O_RDONLY ? EACCES : error;
+}
+
+// How many vectors every system takes at once.
+constexpr std::size_t kMostVectors = 16;
+
+// The parts that aren't empty, as the system wants them.
+std::vector<struct iovec> VectorsOf(const std::vector<std::string_view>& parts) {
+  std::vector<struct iovec> vectors;
+  for (const std::string_view part : parts) {
+    // The system doesn't write to what it is to write out.
+    if (!part.empty()) vectors.push_back({const_cast<char*>(part.data()), part.size()});
+  }
+  return vectors;
+}
+
+// Takes `count` bytes off the front.
+void TakeOff(std::vector<struct iovec>& vectors, std::size_t count) {
+  auto first = vectors.begin();
+  for (; first != vectors.end() && count >= first->iov_len; ++first) count -= first->iov_len;
+  if (first != vectors.end()) {
+    first->iov_base = static_cast<char*>(first->iov_base) + count;
+    first->iov_len -= count;
+  }
+  vectors.erase(vectors.begin(), first);
 }
 
 // Errors by which the system says that it can't copy between these two files by itself.
@@ -118,13 +144,19 @@ std::size_t File::ReadSomeAt(std::int64_t offset, char* buffer, std::size_t leng
 }
 
 void File::WriteAt(std::int64_t offset, std::string_view bytes) {
+  WriteAt(offset, std::vector{bytes});
+}
+
+void File::WriteAt(std::int64_t offset, const std::vector<std::string_view>& parts) {
   faults_->Step("write", path_);
   const int number = NumberOf(handle_);
-  while (!bytes.empty()) {
+  std::vector<struct iovec> left = VectorsOf(parts);
+  while (!left.empty()) {
+    const int vectors = static_cast<int>(std::min(left.size(), kMostVectors));
     const ssize_t count =
-        Uninterrupted([&] { return pwrite(number, bytes.data(), bytes.size(), offset); });
+        Uninterrupted([&] { return pwritev(number, left.data(), vectors, offset); });
     if (count < 0) FailWith("write", ReasonOfChange(number, errno));
-    bytes.remove_prefix(static_cast<std::size_t>(count));
+    TakeOff(left, static_cast<std::size_t>(count));
     offset += count;
   }
 }

@@ -401,7 +401,8 @@ File FileSystem::Create(std::string_view path) const {
   return OpenAt(kOperation, path, place, O_RDWR | O_TRUNC, faults_);
 }
 
-void FileSystem::WriteWhole(std::string_view path, std::string_view text) const {
+void FileSystem::WriteWhole(std::string_view path,
+                            const std::vector<std::string_view>& parts) const {
   constexpr const char* kOperation = "write";
   RequireChanges(options_, kOperation, path);
   const Place place = Posix::FindPlace(options_.winePrefix, path);
@@ -411,9 +412,11 @@ void FileSystem::WriteWhole(std::string_view path, std::string_view text) const 
   File file = OpenAt(isNew ? "create" : "open", path, place, O_RDWR, faults_);
   // A new file that can't be filled isn't left behind.
   HelperFile unfinished(isNew ? place.native : std::string());
-  file.Reserve(0, static_cast<std::int64_t>(text.size()));
-  file.WriteAt(0, text);
-  file.SetSize(static_cast<std::int64_t>(text.size()));
+  std::int64_t size = 0;
+  for (const std::string_view part : parts) size += static_cast<std::int64_t>(part.size());
+  file.Reserve(0, size);
+  file.WriteAt(0, parts);
+  if (file.Size() != size) file.SetSize(size);
   file.Close();
   unfinished.Keep();
 }
