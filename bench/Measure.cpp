@@ -8,6 +8,7 @@
 #include <string>
 
 #include <malloc.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -44,12 +45,26 @@ void ResetPeak() {
   _exit(1);
 }
 
+double ProcessorSeconds() {
+  double seconds = 0;
+  for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+    struct rusage usage = {};
+    getrusage(who, &usage);
+    for (const struct timeval& part : {usage.ru_utime, usage.ru_stime}) {
+      seconds += static_cast<double>(part.tv_sec) + static_cast<double>(part.tv_usec) / 1e6;
+    }
+  }
+  return seconds;
+}
+
 }  // namespace
 
-double SecondsOf(const std::function<void()>& action) {
+Seconds SecondsOf(const std::function<void()>& action) {
+  const double worked = ProcessorSeconds();
   const auto start = std::chrono::steady_clock::now();
   action();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
+  return {passed.count(), ProcessorSeconds() - worked};
 }
 
 std::int64_t PeakMemoryOf(const std::function<void()>& action) {

@@ -4,8 +4,14 @@
 #include <functional>
 #include <vector>
 
-/// Seconds that `action` takes, by the steady clock.
-double SecondsOf(const std::function<void()>& action);
+/// What an action took, in seconds: by the steady clock, and of the processors in this process and
+/// in those that it waited for. The second leaves out what other programs on the machine took, and
+/// waiting for the disk.
+struct Seconds {
+  double passed;
+  double worked;
+};
+Seconds SecondsOf(const std::function<void()>& action);
 
 /// How far `action` drives the memory of a process above what it holds at the start, in bytes.
 /// Runs it in a child process: what the parent has freed and kept is given back to the system

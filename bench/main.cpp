@@ -64,18 +64,25 @@ struct Result {
   [[nodiscard]] bool IsLarge() const { return memory > memoryLimit; }
 };
 
-double TimeOfYardstick(Row& row, const std::filesystem::path& folder) {
+Seconds TimeOfYardstick(Row& row, const std::filesystem::path& folder) {
   row.BeforeYardstick();
   SettleDisk(folder);
   return SecondsOf([&] { row.RunYardstick(); });
 }
 
-double TimeOfWork(Row& row, const std::filesystem::path& folder) {
+Seconds TimeOfWork(Row& row, const std::filesystem::path& folder) {
   row.BeforeWork();
   SettleDisk(folder);
-  const double seconds = SecondsOf([&] { row.RunWork(); });
+  const Seconds seconds = SecondsOf([&] { row.RunWork(); });
   row.CheckWork();
   return seconds;
+}
+
+void PrintRound(const std::string& row, const Seconds& yardstick, const Seconds& work) {
+  std::cerr << std::fixed << std::setprecision(3) << row << ": " << work.passed << " s / "
+            << yardstick.passed << " s = " << work.passed / yardstick.passed << "; of processors "
+            << work.worked << " s / " << yardstick.worked
+            << " s = " << work.worked / yardstick.worked << '\n';
 }
 
 Result Measure(const RowMaker& maker, const Options& options) {
@@ -87,13 +94,10 @@ Result Measure(const RowMaker& maker, const Options& options) {
   TimeOfWork(*row, folder.Path());
   std::vector<double> ratios;
   for (int round = 0; round < options.rounds; ++round) {
-    const double yardstick = TimeOfYardstick(*row, folder.Path());
-    const double work = TimeOfWork(*row, folder.Path());
-    ratios.push_back(work / yardstick);
-    if (options.verbose) {
-      std::cerr << maker.name << ": yardstick " << yardstick << " s, work " << work << " s, ratio "
-                << ratios.back() << '\n';
-    }
+    const Seconds yardstick = TimeOfYardstick(*row, folder.Path());
+    const Seconds work = TimeOfWork(*row, folder.Path());
+    ratios.push_back(work.passed / yardstick.passed);
+    if (options.verbose) PrintRound(maker.name, yardstick, work);
   }
   return {row->About(), Median(ratios), memory, row->MemoryLimit()};
 }
