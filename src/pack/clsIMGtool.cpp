@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <optional>
 
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
@@ -22,7 +23,7 @@ constexpr std::size_t kNameSize = 24;
 constexpr std::size_t kLongestSearch = 32767;
 constexpr std::int64_t kLargestPosition = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t kSmallestPosition = std::numeric_limits<std::int32_t>::min();
-constexpr std::int64_t kBlock = 1 << 20;
+constexpr std::int64_t kBlock = 65536;  // of records or data: what stays in a processor's cache
 constexpr std::int64_t kRecordsPerRead = kBlock / kRecordSize;
 
 std::int64_t WholeSectors(std::int64_t bytes) {
@@ -46,8 +47,6 @@ struct Record {
         nameField(bytes.substr(8, kNameSize)) {}
 
   [[nodiscard]] std::string_view Name() const { return nameField.substr(0, nameField.find('\0')); }
-  /// A name that fills its field has no NUL.
-  [[nodiscard]] bool HasTerminatedName() const { return Name().size() < kNameSize; }
 
   std::int64_t offset;  // bytes
   std::int64_t size;    // bytes
@@ -109,6 +108,38 @@ std::vector<std::size_t> RecordsByOffset(std::string_view directory) {
   return order;
 }
 
+/// Whether the name in a record equals `name` without regard to case. A name that fills its field
+/// has no NUL and never does.
+bool HasName(std::string_view record, std::string_view name) {
+  constexpr std::size_t kNameOffset = 8;
+  // Where the name would have to end tells most records apart.
+  return name.size() < kNameSize && record[kNameOffset + name.size()] == '\0' &&
+         Text::EqualsIgnoringCase(record.substr(kNameOffset, name.size()), name);
+}
+
+/// Where a record stands in its file (0-based), and the offset of its data.
+struct FoundRecord {
+  std::int64_t position;
+  std::int64_t offset;
+};
+
+/// The first of an archive's `count` records whose name equals `name` without regard to case.
+std::optional<FoundRecord> FindRecord(const File& archive, std::int64_t count,
+                                      std::string_view name) {
+  if (name.find('\0') != std::string_view::npos) return std::nullopt;
+  const std::int64_t end = kHeaderSize + count * kRecordSize;
+  for (std::int64_t start = kHeaderSize; start < end; start += kBlock) {
+    const std::string block = archive.ReadAt(start, std::min(kBlock, end - start));
+    const std::string_view records = block;
+    for (std::size_t i = 0; i < records.size(); i += kRecordSize) {
+      if (!HasName(records.substr(i, kRecordSize), name)) continue;
+      return FoundRecord{start + static_cast<std::int64_t>(i),
+                         RecordAt(records, i / kRecordSize).offset};
+    }
+  }
+  return std::nullopt;
+}
+
 /// Takes the record at `position` out of the directory region that ends at `regionEnd`: all
 /// behind it moves down by one slot, what lies in the free space too, and the last slot gets NULs.
 void CloseGap(File& archive, std::int64_t position, std::int64_t regionEnd) {
@@ -131,13 +162,13 @@ class BlockWriter {
   void Append(const File& source, std::int64_t offset, std::int64_t length) {
     while (length > 0) {
       const std::int64_t end = position_ + static_cast<std::int64_t>(block_.size());
-      const std::int64_t count = std::min(length, kBlockSize - end % kBlockSize);
+      const std::int64_t count = std::min(length, kBlock - end % kBlock);
       const std::size_t filled = block_.size();
       block_.resize(filled + static_cast<std::size_t>(count));
       source.ReadAt(offset, block_.data() + filled, static_cast<std::size_t>(count));
       offset += count;
       length -= count;
-      if ((end + count) % kBlockSize == 0) Flush();
+      if ((end + count) % kBlock == 0) Flush();
     }
   }
   void Flush() {
@@ -147,8 +178,6 @@ class BlockWriter {
   }
 
  private:
-  static constexpr std::int64_t kBlockSize = 65536;
-
   File& target_;
   std::int64_t position_;  // where the block goes
   std::string block_;
@@ -343,20 +372,25 @@ void clsIMGtool::RemoveFile(std::string_view strName) {
     Fail("archive \"", imgFile_, "\": the data of an entry at ", regionEnd,
          " begins inside the directory of ", directorySize, " bytes");
   }
-  std::string directory = archive.ReadAt(kHeaderSize, directorySize);
-  const auto count = static_cast<std::size_t>(entryCount_);
-  const auto matches = [&](const Record& record) {
-    return record.HasTerminatedName() && Text::EqualsIgnoringCase(record.Name(), strName);
-  };
-  std::size_t index = 0;
-  while (index < count && !matches(RecordAt(directory, index))) ++index;
-  if (index == count) return;
+  const auto found = FindRecord(archive, directorySize / kRecordSize, strName);
+  if (!found) return;
+  const bool wasLowest = static_cast<double>(found->offset) <= lowestOffset_;
+  // What remains is only needed to find the lowest anew.
+  std::string directory;
+  if (wasLowest) {
+    directory = archive.ReadAt(kHeaderSize, directorySize);
+    directory.erase(static_cast<std::size_t>(found->position - kHeaderSize), kRecordSize);
+  }
 
   archive.WriteAt(kCountOffset, NumberToBytes(entryCount_ - 1));
-  CloseGap(archive, kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize, regionEnd);
+  CloseGap(archive, found->position, regionEnd);
   entryCount_ -= 1;
-  directory.erase(index * kRecordSize, kRecordSize);
-  FindLowestRecord(directory, archive.Size());
+  if (wasLowest) {
+    FindLowestRecord(directory, archive.Size());
+  } else {
+    nextEntryPos_ -= kRecordSize;
+    if (lowestEntryPos_ > static_cast<double>(found->position) + 1) lowestEntryPos_ -= kRecordSize;
+  }
   archive.Close();
 }
 
