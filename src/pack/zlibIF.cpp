@@ -1,7 +1,6 @@
 #include "pack/zlibIF.h"
 
-#include <algorithm>
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -13,7 +12,9 @@
 
 namespace {
 
+// Events are let run for each block; the disk is asked for many at a time.
 constexpr std::size_t kBlock = 4096;
+constexpr std::size_t kBlocksOnDisk = 16 * kBlock;
 
 /// The state of an inflate run, freed at its end.
 class InflateStream {
@@ -32,6 +33,55 @@ class InflateStream {
   z_stream stream_{};
 };
 
+/// A file's blocks from the first to the last.
+class BlockReader {
+ public:
+  explicit BlockReader(const File& file) : file_(file), buffer_(kBlocksOnDisk, '\0') {}
+
+  /// The next block; empty at the end of the file.
+  std::string_view Next() {
+    if (left_.empty()) {
+      const std::size_t count = file_.ReadSomeAt(position_, buffer_.data(), buffer_.size());
+      position_ += static_cast<std::int64_t>(count);
+      left_ = std::string_view(buffer_).substr(0, count);
+    }
+    const std::string_view block = left_.substr(0, kBlock);
+    left_.remove_prefix(block.size());
+    return block;
+  }
+
+ private:
+  const File& file_;
+  std::string buffer_;
+  std::string_view left_;
+  std::int64_t position_ = 0;
+};
+
+/// Takes blocks for a file one after the other.
+class BlockWriter {
+ public:
+  explicit BlockWriter(File& file) : file_(file), buffer_(kBlocksOnDisk, '\0') {}
+
+  /// Room for the next block.
+  char* Room() { return buffer_.data() + filled_; }
+  /// The room now holds `count` bytes; only the last block may be a short one.
+  void Take(std::size_t count) {
+    filled_ += count;
+    if (filled_ == buffer_.size()) Flush();
+  }
+  void Flush() {
+    file_.WriteAt(position_, std::string_view(buffer_).substr(0, filled_));
+    position_ += static_cast<std::int64_t>(filled_);
+    filled_ = 0;
+  }
+
+ private:
+  File& file_;
+  std::string buffer_;
+  std::size_t filled_ = 0;
+  std::int64_t position_ = 0;
+};
+
 }  // namespace
 
 void zlibIF::Decompress() {
@@ -48,32 +98,35 @@ void zlibIF::Inflate() {
   if (length == 0 && Progress) Progress(100);
 
   InflateStream stream;
-  std::array<Bytef, kBlock> in{};
-  std::array<Bytef, kBlock> out{};
-  stream->next_out = out.data();
-  stream->avail_out = kBlock;
-  std::int64_t bytesRead = 0;
-  std::int64_t bytesWritten = 0;
-  const auto writeBlock = [&] {
-    letEventsRun();
-    const std::size_t count = kBlock - stream->avail_out;
-    output.WriteAt(bytesWritten, std::string_view(reinterpret_cast<char*>(out.data()), count));
-    bytesWritten += static_cast<std::int64_t>(count);
-    stream->next_out = out.data();
+  BlockReader reader(input);
+  BlockWriter writer(output);
+  const auto makeRoom = [&] {
+    stream->next_out = reinterpret_cast<Bytef*>(writer.Room());
     stream->avail_out = kBlock;
   };
+  const auto writeBlock = [&] {
+    letEventsRun();
+    writer.Take(kBlock - stream->avail_out);
+    makeRoom();
+  };
 
+  makeRoom();
+  std::int64_t bytesRead = 0;
   for (int result = Z_OK; result != Z_STREAM_END;) {
     letEventsRun();
-    const std::size_t count =
-        input.ReadSomeAt(bytesRead, reinterpret_cast<char*>(in.data()), in.size());
-    if (count == 0) Fail("payload \"", InputFileName, "\" ends before its stream does");
-    bytesRead += static_cast<std::int64_t>(count);
-    stream->next_in = in.data();
-    stream->avail_in = static_cast<uInt>(count);
+    const std::string_view block = reader.Next();
+    if (block.empty()) {
+      writer.Flush();
+      Fail("payload \"", InputFileName, "\" ends before its stream does");
+    }
+    bytesRead += static_cast<std::int64_t>(block.size());
+    // zlib doesn't write to its input.
+    stream->next_in = reinterpret_cast<Bytef*>(const_cast<char*>(block.data()));
+    stream->avail_in = static_cast<uInt>(block.size());
     do {
       result = stream.Inflate();
       if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR) {
+        writer.Flush();
         Fail("payload \"", InputFileName, "\" is damaged ahead of byte ", bytesRead, ": zlib's ",
              result);
       }
@@ -84,5 +137,6 @@ void zlibIF::Inflate() {
     if (result == Z_STREAM_END && stream->avail_out < kBlock) writeBlock();
     if (Progress) Progress(static_cast<int>(100 * bytesRead / length));
   }
+  writer.Flush();
   output.Close();
 }
