@@ -1,11 +1,17 @@
 #include "platform/window/DelWindowCaption.h"
 
 #include <QWidget>
+#include <QWindow>
 
+// QWidget::setWindowFlag would hide a window that is on screen and make it anew, and the focus
+// would be elsewhere. The window system is told to change the window it has.
 void DelWindowCaption(QWidget* window) {
-  const QRect geometry = window->geometry();
-  const bool wasVisible = window->isVisible();
-  window->setWindowFlag(Qt::FramelessWindowHint);  // hides a window that is on screen
-  window->setGeometry(geometry);
-  if (wasVisible) window->show();
+  const QRect whole = window->frameGeometry();
+  const bool hasFrame = window->isWindow() && whole != window->geometry();
+  window->overrideWindowFlags(window->windowFlags() | Qt::FramelessWindowHint);
+  if (QWindow* const handle = window->windowHandle()) {
+    handle->setFlag(Qt::FramelessWindowHint);
+    const bool isNormal = (window->windowState() & ~Qt::WindowActive) == Qt::WindowNoState;
+    if (hasFrame && isNormal) window->setGeometry(whole);
+  }
 }

@@ -17,8 +17,9 @@ clsSubClass::~clsSubClass() {
 
 bool clsSubClass::StartSubclass(QWidget* widget) {
   if (window_ || widget == nullptr) return false;
+  if (turnedOver_ != widget) turned_ = 0;
+  turnedOver_ = widget;
   window_ = widget;
-  turned_ = 0;
   window_->installEventFilter(this);
   return true;
 }
@@ -29,16 +30,23 @@ bool clsSubClass::StopSubClass() {
   return true;
 }
 
+// The handler may do as it likes: re-aim the hook, delete the widget or the hook itself.
 bool clsSubClass::eventFilter(QObject* watched, QEvent* event) {
   if (watched != window_ || event->type() != QEvent::Wheel) return false;
   const int delta = static_cast<QWheelEvent*>(event)->angleDelta().y();
+  if (delta == 0) return false;                   // sideways, or the fingers' touching down
   if ((delta < 0) != (turned_ < 0)) turned_ = 0;  // a turn back doesn't pay off the way forth
   turned_ += delta;
-  bool cancel = false;
-  while (std::abs(turned_) >= kWholeStep && window_) {
+
+  const QPointer<clsSubClass> self(this);
+  const QPointer<QWidget> window(window_);
+  bool isDropped = false;
+  while (self && window && window_ == window && std::abs(turned_) >= kWholeStep) {
     const int step = turned_ < 0 ? -kWholeStep : kWholeStep;
     turned_ -= step;
-    emit MessageCatched(window_, step, cancel);
+    bool cancel = false;
+    emit MessageCatched(window, step, cancel);
+    isDropped = isDropped || cancel;
   }
-  return cancel;
+  return isDropped || !window;
 }
