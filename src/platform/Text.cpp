@@ -87,6 +87,13 @@ void AppendUtf8(std::string& out, unsigned code) {
   }
 }
 
+// Whether `text`, which is long enough, has `part` at a 0-based position.
+bool HasAt(std::string_view text, std::size_t position, std::string_view part) {
+  for (std::size_t i = 0; i < part.size(); ++i)
+    if (text[position + i] != part[i]) return false;
+  return true;
+}
+
 }  // namespace
 
 namespace Text {
@@ -158,11 +165,18 @@ std::optional<std::int32_t> WholeNumber(std::string_view text) {
 std::string Replace(std::string_view text, std::string_view from, std::string_view to) {
   std::string out;
   out.reserve(text.size());
+  const std::string_view rest = from.substr(1);
   std::size_t start = 0;
-  for (std::size_t hit = text.find(from); hit != std::string_view::npos;
-       hit = text.find(from, start)) {
+  std::size_t hit = text.find(from.front());
+  while (hit != std::string_view::npos && text.size() - hit >= from.size()) {
+    // Most texts that are sought are short: their own loop beats a general comparison.
+    if (!HasAt(text, hit + 1, rest)) {
+      hit = text.find(from.front(), hit + 1);
+      continue;
+    }
     out.append(text, start, hit - start).append(to);
     start = hit + from.size();
+    hit = text.find(from.front(), start);
   }
   return out.append(text, start);
 }
