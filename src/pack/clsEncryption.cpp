@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 #include "platform/DosPath.h"
 #include "platform/Failure.h"
@@ -36,11 +37,10 @@ void DeleteQuietly(const FileSystem& files, const std::string& path) {
   }
 }
 
-constexpr std::size_t kLanes = 16;
-
 /// The cipher over as many bytes at once as the compiler can make one machine word of: each goes
 /// by its own key byte at `key`, whose place in the key is `position` and up, and by that one's
 /// neighbour, which hasn't changed yet.
+template <std::size_t kLanes>
 void EncryptLanes(char* bytes, unsigned char* key, std::size_t position) {
   std::array<unsigned char, kLanes> data{};
   std::array<unsigned char, kLanes> own{};
@@ -119,9 +119,13 @@ std::size_t clsEncryption::EncryptPass(char* bytes, std::size_t count) {
   count = std::min(count, last + 1 - keyPos_);
   const std::size_t withNeighbour = std::min(count, last - keyPos_);
   std::size_t i = 0;
-  for (; i + kLanes <= withNeighbour; i += kLanes) {
-    EncryptLanes(bytes + i, keyBytes_.data() + keyPos_ + i, keyPos_ + i);
-  }
+  const auto encryptLanes = [&]<std::size_t kLanes>(std::integral_constant<std::size_t, kLanes>) {
+    for (; i + kLanes <= withNeighbour; i += kLanes) {
+      EncryptLanes<kLanes>(bytes + i, keyBytes_.data() + keyPos_ + i, keyPos_ + i);
+    }
+  };
+  encryptLanes(std::integral_constant<std::size_t, 16>());
+  encryptLanes(std::integral_constant<std::size_t, 4>());
   for (; i < count; ++i) {
     unsigned char& key = keyBytes_[keyPos_ + i];
     const auto product = static_cast<unsigned char>(key * (keyPos_ + i));
