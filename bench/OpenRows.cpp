@@ -1,6 +1,5 @@
 // Opening packs with a large index.
 
-#include <algorithm>
 #include <string>
 
 #include "Engine.h"
@@ -106,19 +105,12 @@ class LargePack {
     outcome_ = OpenKELVOFile(engine_.Files(), session.ModPackIMG, session.TempDir, catalogue_, view,
                              engine_.DosText(path_));
   }
-  /// Reads the pack in large blocks, and runs the cipher over them once.
+  /// Reads the pack into memory, and runs the cipher over the index once.
   void ReadBare() {
     constexpr std::size_t kSector = 2048;
-    PlainFile pack(path_, PlainFile::Mode::kRead);
-    pack.Seek(kSector);
-    BareCipher cipher;
-    std::string block(kMiB, '\0');
-    while (const std::size_t count = pack.Read(block.data(), block.size())) {
-      const bool isFirst = !readSomething_;
-      cipher.Run(block.data(), count);
-      readSomething_ = true;
-      if (isFirst && !block.starts_with("[Info]")) Fail("the bare cipher isn't the index's");
-    }
+    std::string pack = ReadPlain(path_);
+    BareCipher().Run(pack.data() + kSector, pack.size() - kSector);
+    if (pack.compare(kSector, 6, "[Info]") != 0) Fail("the bare cipher isn't the index's");
   }
   void Check() const {
     if (outcome_.failure) Fail("the pack wasn't opened: ", *outcome_.failure);
@@ -135,11 +127,10 @@ class LargePack {
   std::int64_t indexSize_ = 0;
   Catalogue catalogue_;
   PackOpening outcome_;
-  bool readSomething_ = false;
 };
 
-/// One opening, with its two temp files, against a read of the pack and one pass of the cipher in
-/// memory. Neither side syncs: nothing of it outlives the opening.
+/// One opening, with its two temp files, against a read of the pack into memory and one pass of
+/// the cipher over it there. Neither side syncs: nothing of it outlives the opening.
 class OpenRow : public Row {
  public:
   explicit OpenRow(const std::filesystem::path& folder)
