@@ -48,16 +48,17 @@ void ArchiveWriter::Write(const FileSystem& files, const std::string& path) cons
   const std::size_t headSize = position;
   File archive = files.Create(path);
   for (const Entry& entry : entries_) {
-    std::string data = entry.produce();
-    data.resize(WholeSectors(data.size()));
-    if (position + data.size() > std::numeric_limits<std::int32_t>::max()) {
+    const std::string data = entry.produce();
+    const std::size_t size = WholeSectors(data.size());
+    if (position + size > std::numeric_limits<std::int32_t>::max()) {
       Fail("archive \"", path, "\": it would grow beyond 2 GiB at the entry \"", entry.name, "\"");
     }
     archive.WriteAt(static_cast<std::int64_t>(position), data);
-    head += SectorField(position) + SectorField(data.size()) + entry.name;
+    head += SectorField(position) + SectorField(size) + entry.name;
     head.append(kNameSize - entry.name.size(), '\0');
-    position += data.size();
+    position += size;
   }
+  archive.SetSize(static_cast<std::int64_t>(position));
   head.resize(headSize);
   archive.WriteAt(0, head);
   archive.Close();

@@ -63,14 +63,22 @@ Record RecordAt(std::string_view directory, std::size_t index) {
   Fail("archive \"", archive, "\": record ", number, " ", what);
 }
 
-/// Checks that a record's data lies in a file of `length` bytes, before it is read.
-void CheckData(const std::string& archive, std::int64_t number, const Record& record,
-               std::int64_t length) {
-  if (record.offset < 0 || record.size < 0 || record.offset + record.size > length) {
+/// Checks that an entry's data lies in a file of `length` bytes, before it is read. Other makers'
+/// archives may end inside their last sector.
+void CheckData(const std::string& archive, std::int64_t number, std::int64_t offset,
+               std::int64_t size, std::int64_t length) {
+  if (offset < 0 || size < 0 || offset + size > WholeSectors(length)) {
     FailOnRecord(archive, number,
-                 Concat("has ", record.size, " bytes at ", record.offset,
-                        ", which don't lie in the file's ", length, " bytes"));
+                 Concat("has ", size, " bytes at ", offset, ", which don't lie in the file's ",
+                        length, " bytes"));
   }
+}
+
+/// Checked data of an entry; what its last sector lacks at the end of the file are NULs.
+std::string ReadSectors(const File& archive, std::int64_t offset, std::int64_t size) {
+  std::string data(static_cast<std::size_t>(size), '\0');
+  archive.ReadSomeAt(offset, data.data(), data.size());
+  return data;
 }
 
 bool HasMagic(const File& archive) {
@@ -93,8 +101,9 @@ std::int64_t ReadCount(const File& archive, std::int64_t smallest) {
 /// The bare name of the file that `AddFile` takes, as the file system reports it.
 std::string BareName(const FileSystem& files, const std::string& path) {
   std::string name = files.FindFirst(path, kFindHidden | kFindSystem);
-  if (name.empty()) name = path.substr(path.find_last_of("\\/:") + 1);
-  return name;
+  if (!name.empty()) return name;
+  name = path.substr(path.find_last_of("\\/:") + 1);
+  return name.substr(0, name.find_last_not_of(". ") + 1);  // as the file will be called
 }
 
 /// The records that `Load` counts in the order in which they are the lowest: by offset, and of
@@ -165,7 +174,8 @@ class BlockWriter {
       const std::int64_t count = std::min(length, kBlock - end % kBlock);
       const std::size_t filled = block_.size();
       block_.resize(filled + static_cast<std::size_t>(count));
-      source.ReadAt(offset, block_.data() + filled, static_cast<std::size_t>(count));
+      // The file may end inside the entry's last sector, which is filled with NULs then.
+      source.ReadSomeAt(offset, block_.data() + filled, static_cast<std::size_t>(count));
       offset += count;
       length -= count;
       if ((end + count) % kBlock == 0) Flush();
@@ -269,16 +279,14 @@ bool clsIMGtool::ExistsInIMG(std::string_view strName) const {
 bool clsIMGtool::Export(std::string_view strName, const std::string& strDestination) const {
   const udtIMGEntry* const entry = FindEntry(strName);
   if (entry == nullptr) return false;
-  const File archive = files_.OpenForReading(imgFile_);
-  const std::int64_t length = archive.Size();
-  if (entry->Offset < 0 || entry->Size < 0 || std::int64_t{entry->Offset} + entry->Size > length) {
-    Fail("archive \"", imgFile_, "\": entry \"", strName, "\" has ", entry->Size, " bytes at ",
-         entry->Offset, ", which don't lie in the file's ", length, " bytes");
+  std::string data;
+  {
+    const File archive = files_.OpenForReading(imgFile_);
+    CheckData(imgFile_, entry - entries_.data() + 1, entry->Offset, entry->Size, archive.Size());
+    data = ReadSectors(archive, entry->Offset, entry->Size);
   }
   File destination = files_.OpenBinary(strDestination);
-  BlockWriter writer(destination, 0);
-  writer.Append(archive, entry->Offset, entry->Size);
-  writer.Flush();
+  destination.WriteAt(0, data);
   destination.Close();
   return true;
 }
@@ -300,9 +308,9 @@ void clsIMGtool::AddFile(const std::string& strFile) {
   std::string data;
   {
     const File source = files_.OpenBinary(strFile);
-    data = source.ReadAt(0, source.Size());
+    CheckEnd(source.Size());
+    data = ReadSectors(source, 0, WholeSectors(source.Size()));
   }
-  data.resize(static_cast<std::size_t>(WholeSectors(static_cast<std::int64_t>(data.size()))));
 
   File archive = files_.OpenBinary(imgFile_);
   const bool moved = MakeRoomForRecord(archive);
@@ -341,8 +349,9 @@ bool clsIMGtool::MakeRoomForRecord(File& archive) {
   for (const std::size_t index : RecordsByOffset(directory)) {
     const Record record = RecordAt(directory, index);
     if (needed <= static_cast<double>(record.offset)) break;
-    CheckData(imgFile_, static_cast<std::int64_t>(index) + 1, record, archive.Size());
-    const std::string data = archive.ReadAt(record.offset, record.size);
+    CheckData(imgFile_, static_cast<std::int64_t>(index) + 1, record.offset, record.size,
+              archive.Size());
+    const std::string data = ReadSectors(archive, record.offset, record.size);
     const std::int64_t end = ReserveEnd(archive, record.size);
     archive.WriteAt(kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize,
                     NumberToBytes(static_cast<double>(end) / kSector));
@@ -421,7 +430,7 @@ void clsIMGtool::CopyEntries(const File& source, File& target, std::int64_t coun
   BlockWriter writer(target, position);
   for (std::int64_t i = 0; i < count; ++i) {
     const Record record = RecordAt(directory, static_cast<std::size_t>(i));
-    CheckData(source.Path(), i + 1, record, length);
+    CheckData(source.Path(), i + 1, record.offset, record.size, length);
     writer.Append(source, record.offset, record.size);
     head += NumberToBytes(static_cast<double>(position) / kSector);
     head += record.sizeField;

@@ -144,7 +144,7 @@ class FileSystem {
   /// The content of a whole file.
   [[nodiscard]] std::string ReadWhole(std::string_view path) const;
   /// Writes a file in place so that it holds exactly `text`; created if missing. If the disk has
-  /// no room, it stays as it was.
+  /// no room, it stays as it was; if a text that gets shorter can't be written, it is left empty.
   void WriteWhole(std::string_view path, std::string_view text) const;
   /// The same with the text in parts, one behind the other.
   void WriteWhole(std::string_view path, const std::vector<std::string_view>& parts) const;

@@ -2,6 +2,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,9 @@ std::string File::ReadAt(std::int64_t offset, std::int64_t length) const {
 
 std::string FileSystem::ReadWhole(std::string_view path) const {
   const File file = OpenForReading(path);
+  // Positions in texts are 32-bit signed.
+  if (file.Size() > std::numeric_limits<std::int32_t>::max())
+    Fail("read \"", path, "\": ", file.Size(), " bytes are more than 2 GiB");
   return file.ReadAt(0, file.Size());
 }
 

@@ -36,8 +36,6 @@ void ScriptConsole::SetStatus(const std::string& text) {
 }
 
 void InstallConsole::SetStatus(const std::string& text) {
-  if (text == lastStatus_) return;
-  lastStatus_ = text;
   PrintLine(text);
 }
 

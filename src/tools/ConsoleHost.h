@@ -56,6 +56,5 @@ class InstallConsole : public ConsoleHost {
 
   bool showProgress_;
   bool progressShown_ = false;
-  std::string lastStatus_;
   std::chrono::steady_clock::time_point nextDrawing_;
 };

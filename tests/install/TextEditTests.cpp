@@ -168,10 +168,13 @@ TEST(TextEdit, AFailingDiskLeavesNoMixture) {
       {"a\r\nb", kAdd, "a", "neu", "a\r\nneu\r\nb\r\n"},
       {"a\r\nb", kAdd, "x", "neu", "a\r\nb\r\nneu"},
       {"a\r\nb\r\n", kReplace, "b", "lang", "a\r\nlang\r\n"},
+      {"a\r\nb\r\n", kRemove, "a", "", "b\r\n"},
   };
   for (const Edit& edit : edits) {
     const std::string before = edit.before;
-    const std::set<std::string> whole = {before, "a\r\nb\r\n", edit.after};
+    std::set<std::string> whole = {before, "a\r\nb\r\n", edit.after};
+    // A text that gets shorter is written into the emptied file.
+    if (edit.mode == kRemove) whole.insert("");
     for (const bool once : {true, false}) {
       std::set<std::string> seen;
       int steps = 1;

@@ -414,9 +414,10 @@ void FileSystem::WriteWhole(std::string_view path,
   HelperFile unfinished(isNew ? place.native : std::string());
   std::int64_t size = 0;
   for (const std::string_view part : parts) size += static_cast<std::int64_t>(part.size());
+  // The write is one step, so that a step that fails leaves the old text or none, but no mixture.
   file.Reserve(0, size);
+  if (file.Size() > size) file.SetSize(0);
   file.WriteAt(0, parts);
-  if (file.Size() != size) file.SetSize(size);
   file.Close();
   unfinished.Keep();
 }
@@ -505,6 +506,11 @@ void FileSystem::PutInPlace(std::string_view replacement, std::string_view path)
   const std::string real = RealPathOf(kOperation, path, target);
   TakeOver(source.native, target.status);
   const int error = RenameOnto(source.native, real);
+  if (error == EXDEV) {
+    // The path is a link to another file system: the content goes there, whole or not at all.
+    Copy(replacement, path);
+    return Delete(replacement);
+  }
   if (error != 0) FailWith(kOperation, path, error);
   SyncFolderQuietly(Posix::FolderOf(real));
   const std::string sourceFolder = Posix::FolderOf(source.native);
