@@ -1,0 +1,85 @@
+#include "controls/Accessibility.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QStringList>
+
+namespace {
+
+class ButtonInterface : public QAccessibleWidget {
+ public:
+  explicit ButtonInterface(QWidget* widget) : QAccessibleWidget(widget, QAccessible::PushButton) {}
+
+  [[nodiscard]] QString text(QAccessible::Text kind) const override {
+    const AccessibleButton* const control = Control();
+    if (kind != QAccessible::Name || control == nullptr) return QAccessibleWidget::text(kind);
+    return control->AccessibleCaption();
+  }
+
+  [[nodiscard]] QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    const AccessibleButton* const control = Control();
+    if (control == nullptr) return state;
+    state.pressed = control->IsPressed();
+    state.checkable = control->IsToggle();
+    state.checked = control->IsToggle() && control->IsOn();
+    if (!control->IsUsable()) {
+      state.disabled = true;
+      state.focusable = false;
+    }
+    return state;
+  }
+
+  [[nodiscard]] QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    const AccessibleButton* const control = Control();
+    if (control != nullptr && control->IsUsable()) names.prepend(pressAction());
+    return names;
+  }
+
+  void doAction(const QString& name) override {
+    AccessibleButton* const control = Control();
+    if (name != pressAction()) {
+      QAccessibleWidget::doAction(name);
+    } else if (control != nullptr && control->IsUsable()) {
+      control->Press();
+    }
+  }
+
+ private:
+  // Asked anew each time: a widget that is being destroyed is no such control any more.
+  [[nodiscard]] AccessibleButton* Control() const {
+    return dynamic_cast<AccessibleButton*>(object());
+  }
+};
+
+QAccessibleInterface* MakeInterface(const QString& /*className*/, QObject* object) {
+  auto* const widget = qobject_cast<QWidget*>(object);
+  if (widget == nullptr || dynamic_cast<AccessibleButton*>(object) == nullptr) return nullptr;
+  return new ButtonInterface(widget);
+}
+
+}  // namespace
+
+AccessibleButton::AccessibleButton() {
+  [[maybe_unused]] static const bool kIsInstalled = [] {
+    QAccessible::installFactory(&MakeInterface);
+    return true;
+  }();
+}
+
+namespace Accessibility {
+
+void NameChanged(QWidget* button) {
+  QAccessibleEvent event(button, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&event);
+}
+
+void PressedChanged(QWidget* button) {
+  QAccessible::State changed;
+  changed.pressed = true;
+  QAccessibleStateChangeEvent event(button, changed);
+  QAccessible::updateAccessibility(&event);
+}
+
+}  // namespace Accessibility
