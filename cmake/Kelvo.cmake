@@ -2,7 +2,7 @@
 add_library(kelvo_options INTERFACE)
 target_compile_options(kelvo_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough)
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
 target_include_directories(kelvo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(KELVO_SANITIZE)
   target_compile_options(kelvo_options INTERFACE

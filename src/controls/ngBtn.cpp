@@ -174,11 +174,9 @@ void ngBtn::paintEvent(QPaintEvent* /*event*/) {
   const ngBtnParts parts = Parts();
   painter.drawPixmap(parts.picture.topLeft(), Of(state_).picture);
   if (parts.captionVisible) {
-    painter.save();
-    painter.setClipRect(parts.lblCaption);
+    // Not clipped to its box: in the free fonts the dots of capitals stand above the line.
     Painting::DrawLabel(painter, parts.lblCaption, parts.Font, Caption(),
                         Colours::ToQColor(parts.ForeColor), isEnabled());
-    painter.restore();
   }
   if (HasFocus_ && hasFocusRect_) {
     const int distance = focusDistance_;

@@ -1,0 +1,33 @@
+#include "controls/Skin.h"
+
+#include <QtGlobal>
+
+// In a static library the pictures are linked in only if somebody asks for them. The macro has to
+// stand outside of any namespace.
+static void InitSkinResource() {
+  Q_INIT_RESOURCE(skin);
+}
+
+namespace Skin {
+
+QPixmap Picture(const QString& name, qreal ratio) {
+  InitSkinResource();
+  constexpr qreal kFine = 2;
+  const bool isFine = ratio > 1;
+  QPixmap picture(":/skin/" + name + (isFine ? "@2x.png" : ".png"));
+  if (isFine) picture.setDevicePixelRatio(kFine);
+  return picture;
+}
+
+QPixmap WithoutMagenta(const QPixmap& picture) {
+  QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
+  for (int y = 0; y < image.height(); ++y) {
+    auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      if (line[x] == qRgb(255, 0, 255)) line[x] = qRgba(0, 0, 0, 0);
+    }
+  }
+  return QPixmap::fromImage(image);
+}
+
+}  // namespace Skin
