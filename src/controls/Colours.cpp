@@ -14,7 +14,7 @@ struct SystemColour {
 };
 
 // The indices of GetSysColor and the palette's roles that stand for them.
-constexpr std::array<SystemColour, 25> kSystemColours = {{
+constexpr std::array<SystemColour, 30> kSystemColours = {{
     {0, QPalette::Mid, QPalette::Active},               // scroll bar
     {1, QPalette::Dark, QPalette::Active},              // desktop
     {2, QPalette::Highlight, QPalette::Active},         // caption of the active window
@@ -40,14 +40,21 @@ constexpr std::array<SystemColour, 25> kSystemColours = {{
     {22, QPalette::Midlight, QPalette::Active},         // light edge of buttons
     {23, QPalette::ToolTipText, QPalette::Active},      // text of tool tips
     {24, QPalette::ToolTipBase, QPalette::Active},      // tool tips
+    {26, QPalette::Link, QPalette::Active},             // hot items
+    {27, QPalette::Highlight, QPalette::Active},        // far end of the active caption
+    {28, QPalette::Mid, QPalette::Active},              // far end of other captions
+    {29, QPalette::Highlight, QPalette::Active},        // selection in menus
+    {30, QPalette::Window, QPalette::Active},           // menu bar
 }};
 
 constexpr unsigned kSystemBits = 0x7FFFFFFFU;
+constexpr int kFullChannel = 255;
 constexpr int kShiftGreen = 8;
 constexpr int kShiftBlue = 16;
 
 int Channel(ColourNumber colour, int shift) {
-  return static_cast<int>((static_cast<unsigned>(colour) >> static_cast<unsigned>(shift)) & 255U);
+  return static_cast<int>((static_cast<unsigned>(colour) >> static_cast<unsigned>(shift)) &
+                          unsigned{kFullChannel});
 }
 
 }  // namespace
@@ -78,7 +85,8 @@ ColourNumber CalcMiddleColor(ColourNumber Color1, ColourNumber Color2, std::int1
   ColourNumber mixed = 0;
   for (const int shift : {0, kShiftGreen, kShiftBlue}) {
     const auto [low, high] = std::minmax({Channel(first, shift), Channel(second, shift)});
-    mixed |= RoundToEven(low + (high - low) * Percent / 100.0) << shift;
+    const int channel = RoundToEven(low + (high - low) * Percent / 100.0);
+    mixed |= std::clamp(channel, 0, kFullChannel) << shift;  // a percentage may lie outside 0..100
   }
   return mixed;
 }
