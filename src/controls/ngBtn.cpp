@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <algorithm>
 
+#include "controls/DevicePixels.h"
 #include "controls/Fonts.h"
 #include "controls/Input.h"
 #include "controls/Painting.h"
@@ -172,7 +173,11 @@ void ngBtn::Draw() {
 void ngBtn::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const ngBtnParts parts = Parts();
-  painter.drawPixmap(parts.picture.topLeft(), Of(state_).picture);
+  const QPixmap& picture = Of(state_).picture;
+  painter.save();
+  DevicePixels(painter).Draw(painter, parts.picture, picture,
+                             QRectF(QPointF(), picture.deviceIndependentSize()));
+  painter.restore();
   if (parts.captionVisible) {
     // Not clipped to its box: in the free fonts the dots of capitals stand above the line.
     Painting::DrawLabel(painter, parts.lblCaption, parts.Font, Caption(),

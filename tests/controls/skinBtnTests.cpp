@@ -283,14 +283,20 @@ TEST_F(skinBtnTest, DrawsFramesOfOneWidthAtAnyScale) {
   button.SetShadowVisible(false);
   button.SetShadowDistance(0);
   button.SetFrameColorNormal(16711680);
+  // Also where the control begins between two pixels of the screen.
   for (const double scale : {1.25, 1.5, 2.0}) {
-    const int line = qRound(scale);
-    const QImage image = Painted(button, scale);
-    const int row = image.height() / 2;
-    const int right = image.width() - 1;
-    for (int x = 0; x < image.width(); ++x) {
-      const bool isFrame = x < line || x > right - line;
-      ASSERT_EQ(At(image, x, row), isFrame ? 16711680 : 4336663) << x << " at " << scale;
+    for (int left = 50; left < 54; ++left) {
+      button.move(left, 50);
+      const QImage image = Painted(hand.window, scale);
+      const int row = qRound(60 * scale);
+      int frame = 0;
+      int face = 0;
+      for (int x = qRound(left * scale); x < qRound((left + 60) * scale); ++x) {
+        frame += At(image, x, row) == 16711680 ? 1 : 0;
+        face += At(image, x, row) == 4336663 ? 1 : 0;
+      }
+      EXPECT_EQ(frame, 2 * qRound(scale)) << left << " at " << scale;
+      EXPECT_EQ(frame + face, qRound((left + 60) * scale) - qRound(left * scale));
     }
   }
 }
