@@ -1,5 +1,6 @@
 // RebuildIMG, AddIMG and ReplaceIMG on a game archive of 1 GiB.
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,41 +38,32 @@ void AppendRecord(std::string& directory, std::size_t position, std::size_t size
   directory.append(24 - name.size(), '\0');
 }
 
-/// An archive as use leaves it: of about 21,300 pieces of 2 to 96 KiB in the order of their
+/// Writes an archive as use leaves it: of about 21,300 pieces of 2 to 96 KiB in the order of their
 /// records, every fourth, here and there, has lost its record. The directory is full but for what
-/// is left of its last sector.
-class GameArchive {
- public:
-  /// Writes the archive, and beside it, if `live` isn't empty, the data of its entries alone.
-  GameArchive(const std::filesystem::path& path, const std::filesystem::path& live)
-      : numbers_(1), archive_(path, PlainFile::Mode::kCreate) {
-    if (!live.empty()) live_ = std::make_unique<PlainFile>(live, PlainFile::Mode::kCreate);
-    std::string head = "VER2";
-    AppendNumber(head, kEntries);
-    std::size_t position = (head.size() + kEntries * 32 + kSector - 1) / kSector * kSector;
-    archive_.Seek(static_cast<std::int64_t>(position));
-    for (std::size_t entries = 0; entries < kEntries;) {
-      const std::size_t size = (1 + numbers_.Below(kLargestEntry / kSector)) * kSector;
-      const bool isLive = numbers_.Below(4) != 0;
-      WritePiece(NoiseBytes(numbers_, size), isLive);
-      if (isLive) AppendRecord(head, position, size, EntryName(entries++));
-      position += size;
-    }
-    archive_.Seek(0);
-    archive_.Write(head);
-    archive_.Sync();
+/// is left of its last sector. Beside it, if `live` isn't empty, goes the data of its entries
+/// alone.
+void WriteGameArchive(const std::filesystem::path& path, const std::filesystem::path& live) {
+  SeededNumbers numbers(1);
+  PlainFile archive(path, PlainFile::Mode::kCreate);
+  std::optional<PlainFile> liveData;
+  if (!live.empty()) liveData.emplace(live, PlainFile::Mode::kCreate);
+  std::string head = "VER2";
+  AppendNumber(head, kEntries);
+  std::size_t position = (head.size() + kEntries * 32 + kSector - 1) / kSector * kSector;
+  archive.Seek(static_cast<std::int64_t>(position));
+  for (std::size_t entries = 0; entries < kEntries;) {
+    const std::size_t size = (1 + numbers.Below(kLargestEntry / kSector)) * kSector;
+    const bool isLive = numbers.Below(4) != 0;
+    const std::string bytes = NoiseBytes(numbers, size);
+    archive.Write(bytes);
+    if (isLive && liveData) liveData->Write(bytes);
+    if (isLive) AppendRecord(head, position, size, EntryName(entries++));
+    position += size;
   }
-
- private:
-  void WritePiece(const std::string& bytes, bool isLive) {
-    archive_.Write(bytes);
-    if (isLive && live_) live_->Write(bytes);
-  }
-
-  SeededNumbers numbers_;
-  PlainFile archive_;
-  std::unique_ptr<PlainFile> live_;
-};
+  archive.Seek(0);
+  archive.Write(head);
+  archive.Sync();
+}
 
 std::string ArchiveScript(const std::string& command, const std::vector<std::string>& names) {
   std::string script = command + " {\r\ngta3.img\r\n";
@@ -99,7 +91,7 @@ class RebuildRow : public Row {
         archive_(folder / "gta3.img"),
         live_(folder / "live.bin"),
         copy_(folder / "copy.bin") {
-    GameArchive(master_, live_);
+    WriteGameArchive(master_, live_);
   }
 
   [[nodiscard]] std::int64_t MemoryLimit() const override {
@@ -139,14 +131,14 @@ class RebuildRow : public Row {
 /// appends them to the same archive in one go, and syncs it.
 class PayloadRow : public Row {
  public:
-  PayloadRow(Title title, const std::filesystem::path& folder, std::string command,
-             std::vector<std::string> names, std::size_t recordsAfter)
+  PayloadRow(Title title, const std::filesystem::path& folder, const std::string& command,
+             const std::vector<std::string>& names, std::size_t recordsAfter)
       : Row(std::move(title)),
         engine_(folder),
         archive_(folder / "gta3.img"),
         script_(ArchiveScript(command, names)),
         recordsAfter_(recordsAfter) {
-    GameArchive(archive_, {});
+    WriteGameArchive(archive_, {});
     length_ = static_cast<std::int64_t>(std::filesystem::file_size(archive_));
     head_.resize(2 * kMiB);
     PlainFile(archive_, PlainFile::Mode::kRead).Read(head_.data(), head_.size());
@@ -224,7 +216,7 @@ std::unique_ptr<Row> MakeAddRow(const std::filesystem::path& folder) {
   return std::make_unique<PayloadRow>(
       Row::Title{"add", "AddIMG of 1,000 entries of 64 KiB in one block to such an archive",
                  "appending the same bytes by one plain writer, both synced", 2},
-      folder, "AddIMG", std::move(names), kEntries + kPayloads);
+      folder, "AddIMG", names, kEntries + kPayloads);
 }
 
 std::unique_ptr<Row> MakeReplaceRow(const std::filesystem::path& folder) {
@@ -233,5 +225,5 @@ std::unique_ptr<Row> MakeReplaceRow(const std::filesystem::path& folder) {
   for (std::size_t i = 0; i < kPayloads; ++i) names.push_back(EntryName(i * 7919 % kEntries));
   return std::make_unique<PayloadRow>(
       Row::Title{"replace", "ReplaceIMG of 1,000 entries of 64 KiB in it", "the same", 8}, folder,
-      "ReplaceIMG", std::move(names), kEntries);
+      "ReplaceIMG", names, kEntries);
 }

@@ -36,15 +36,13 @@ void WriteIndex(const std::filesystem::path& path, std::size_t mods, std::size_t
   PlainFile file(path, PlainFile::Mode::kCreate);
   file.Write("[Info]\r\nTitle=Test\r\nHTML=<b>Test</b>\r\nHTMLHeight=80\r\n");
   for (std::size_t n = 1; n <= kTypes; ++n) {
-    const std::string number = std::to_string(n);
-    file.Write("[Typ" + number + "]\r\nTypeID=" + number + "\r\nName=Typ " + number + "\r\n");
+    file.Write(Concat("[Typ", n, "]\r\nTypeID=", n, "\r\nName=Typ ", n, "\r\n"));
   }
   for (std::size_t n = 1; n <= mods; ++n) {
-    const std::string number = std::to_string(n);
-    file.Write("[Mod" + number + "]\r\nTypeID=" + std::to_string(1 + n % kTypes) + "\r\nName=Mod " +
-               number + "\r\nDescription=Ein Fahrzeug\r\nPicture=bild" + number +
-               ".jpg\r\nReadme=Zeile 1<nl>Zeile 2\r\nInstallScript=" +
-               Script(numbers, scriptLength) + "\r\n");
+    file.Write(Concat("[Mod", n, "]\r\nTypeID=", 1 + n % kTypes, "\r\nName=Mod ", n,
+                      "\r\nDescription=Ein Fahrzeug\r\nPicture=bild", n,
+                      ".jpg\r\nReadme=Zeile 1<nl>Zeile 2\r\nInstallScript=",
+                      Script(numbers, scriptLength), "\r\n"));
   }
 }
 

@@ -45,13 +45,13 @@ std::int64_t PlainFile::Size() const {
   return status.st_size;
 }
 
-std::size_t PlainFile::Read(char* buffer, std::size_t length) {
+std::size_t PlainFile::Read(char* buffer, std::size_t length) const {
   const ssize_t count = read(number_, buffer, length);
   Require(count >= 0, "read");
   return static_cast<std::size_t>(count);
 }
 
-void PlainFile::Write(std::string_view bytes) {
+void PlainFile::Write(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t count = write(number_, bytes.data(), bytes.size());
     Require(count > 0, "write");
@@ -59,15 +59,15 @@ void PlainFile::Write(std::string_view bytes) {
   }
 }
 
-void PlainFile::Seek(std::int64_t offset) {
+void PlainFile::Seek(std::int64_t offset) const {
   Require(lseek(number_, offset, SEEK_SET) == offset, "seek");
 }
 
-void PlainFile::SetSize(std::int64_t size) {
+void PlainFile::SetSize(std::int64_t size) const {
   Require(ftruncate(number_, size) == 0, "truncate");
 }
 
-void PlainFile::Sync() {
+void PlainFile::Sync() const {
   Require(fsync(number_) == 0, "sync");
 }
 

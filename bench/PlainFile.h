@@ -15,17 +15,19 @@ class PlainFile {
   PlainFile(const std::filesystem::path& path, Mode mode);
   PlainFile(const PlainFile&) = delete;
   PlainFile& operator=(const PlainFile&) = delete;
+  PlainFile(PlainFile&&) = delete;
+  PlainFile& operator=(PlainFile&&) = delete;
   ~PlainFile();
 
   [[nodiscard]] std::int64_t Size() const;
   /// Reads on from where the file stands; returns the number of bytes, 0 at the end.
-  std::size_t Read(char* buffer, std::size_t length);
+  std::size_t Read(char* buffer, std::size_t length) const;
   /// Writes where the file stands.
-  void Write(std::string_view bytes);
-  void Seek(std::int64_t offset);
-  void SetSize(std::int64_t size);
+  void Write(std::string_view bytes) const;
+  void Seek(std::int64_t offset) const;
+  void SetSize(std::int64_t size) const;
   /// Waits until the content is on the disk.
-  void Sync();
+  void Sync() const;
 
  private:
   int number_;

@@ -22,6 +22,8 @@ class Row {
   explicit Row(Title title) : title_(std::move(title)) {}
   Row(const Row&) = delete;
   Row& operator=(const Row&) = delete;
+  Row(Row&&) = delete;
+  Row& operator=(Row&&) = delete;
   virtual ~Row() = default;
 
   [[nodiscard]] const Title& About() const { return title_; }

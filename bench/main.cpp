@@ -14,6 +14,7 @@
 #include "PlainFile.h"
 #include "Row.h"
 #include "platform/Failure.h"
+#include "platform/Text.h"
 
 namespace {
 
@@ -44,6 +45,8 @@ class OwnFolder {
   }
   OwnFolder(const OwnFolder&) = delete;
   OwnFolder& operator=(const OwnFolder&) = delete;
+  OwnFolder(OwnFolder&&) = delete;
+  OwnFolder& operator=(OwnFolder&&) = delete;
   ~OwnFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
@@ -124,6 +127,12 @@ void PrintRow(const Result& result) {
             << std::flush;
 }
 
+int Rounds(const std::string& text) {
+  const auto rounds = Text::WholeNumber(text);
+  if (!rounds || *rounds < 1) Fail("--rounds: \"", text, "\" is no number of rounds");
+  return *rounds;
+}
+
 Options ParseOptions(const std::vector<std::string>& arguments) {
   Options options;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -132,7 +141,7 @@ Options ParseOptions(const std::vector<std::string>& arguments) {
       return arguments[++i];
     };
     if (arguments[i] == "--rounds") {
-      options.rounds = std::max(1, std::atoi(value().c_str()));
+      options.rounds = Rounds(value());
     } else if (arguments[i] == "--row") {
       options.rows.push_back(value());
     } else if (arguments[i] == "--dir") {

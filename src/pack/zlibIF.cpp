@@ -24,6 +24,8 @@ class InflateStream {
   }
   InflateStream(const InflateStream&) = delete;
   InflateStream& operator=(const InflateStream&) = delete;
+  InflateStream(InflateStream&&) = delete;
+  InflateStream& operator=(InflateStream&&) = delete;
   ~InflateStream() { inflateEnd(&stream_); }
 
   z_stream* operator->() { return &stream_; }
