@@ -121,6 +121,18 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
   return out;
 }
 
+std::string FromUtf8Lossy(std::string_view utf8) {
+  std::string out;
+  while (!utf8.empty()) {
+    const std::size_t claimed = LengthByFirstByte(static_cast<unsigned char>(utf8[0]));
+    const bool isWhole = claimed > 0 && claimed <= utf8.size();
+    const auto code = isWhole ? DecodeCharacter(utf8.substr(0, claimed)) : std::nullopt;
+    out += code ? FromUnicode(*code).value_or('?') : '?';
+    utf8.remove_prefix(code ? claimed : 1);
+  }
+  return out;
+}
+
 std::u16string ToUtf16(std::string_view text) {
   std::u16string out(text.size(), u'\0');
   std::transform(text.begin(), text.end(), out.begin(), ToUnicode);

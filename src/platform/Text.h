@@ -19,6 +19,10 @@ std::string ToUtf8(std::string_view text);
 /// that Windows-1252 doesn't have.
 std::optional<std::string> FromUtf8(std::string_view utf8);
 
+/// UTF-8 as Windows-1252 bytes for people to read: a character that Windows-1252 doesn't have, and
+/// a byte that is no UTF-8, become "?".
+std::string FromUtf8Lossy(std::string_view utf8);
+
 /// Windows-1252 bytes as UTF-16 code units, one for each byte.
 std::u16string ToUtf16(std::string_view text);
 

@@ -53,7 +53,7 @@ int Add(const ArchiveArguments& arguments) {
   for (const std::string& file : arguments.names) {
     paths.push_back(ExistingFile(files, file));
     if (IsSameFile(file, arguments.archive)) {
-      throw UsageError("an archive can't be added to itself: " + EngineText(file));
+      throw UsageError("an archive can't be added to itself: " + Text::FromUtf8Lossy(file));
     }
   }
   for (const std::string& path : paths) archive.AddFile(path);
@@ -69,10 +69,10 @@ int Remove(const ArchiveArguments& arguments) {
     const double countBefore = archive.EntryCount();
     const std::optional<std::string> name = Text::FromUtf8(utf8);
     if (name) archive.RemoveFile(*name);
-    if (archive.EntryCount() == countBefore) missing += " \"" + EngineText(utf8) + "\"";
+    if (archive.EntryCount() == countBefore) missing += " \"" + Text::FromUtf8Lossy(utf8) + "\"";
   }
   if (!missing.empty()) {
-    Fail("archive \"", EngineText(arguments.archive), "\": no such entry:", missing);
+    Fail("archive \"", Text::FromUtf8Lossy(arguments.archive), "\": no such entry:", missing);
   }
   return ExitStatus::kDone;
 }
@@ -86,8 +86,8 @@ int Export(const ArchiveArguments& arguments) {
   }
   const std::optional<std::string> name = Text::FromUtf8(arguments.name);
   if (!name || !archive.Export(*name, files.ToDosText(NativePath(arguments.destination)))) {
-    Fail("archive \"", EngineText(arguments.archive), "\": no such entry: \"",
-         EngineText(arguments.name), "\"");
+    Fail("archive \"", Text::FromUtf8Lossy(arguments.archive), "\": no such entry: \"",
+         Text::FromUtf8Lossy(arguments.name), "\"");
   }
   return ExitStatus::kDone;
 }
@@ -97,7 +97,7 @@ int Rebuild(const ArchiveArguments& arguments) {
   clsIMGtool archive(files);
   LoadExisting(files, archive, arguments.archive);
   if (!archive.RebuildIMG(std::string(archive.IMGFile()))) {
-    Fail("archive \"", EngineText(arguments.archive), "\": it wasn't rebuilt");
+    Fail("archive \"", Text::FromUtf8Lossy(arguments.archive), "\": it wasn't rebuilt");
   }
   return ExitStatus::kDone;
 }

@@ -1,6 +1,7 @@
 #include "tools/CommandLine.h"
 
 #include <exception>
+#include <iostream>
 
 #include <CLI/CLI.hpp>
 
@@ -25,6 +26,14 @@ int Run(const Action& chosen) {
   }
 }
 
+/// `status`, unless what was printed for a command that is done got lost.
+int AfterPrinting(int status) {
+  std::cout.flush();
+  if (std::cout || status != ExitStatus::kDone) return status;
+  PrintError("standard output can't be written");
+  return ExitStatus::kUnusable;
+}
+
 }  // namespace
 
 int RunKvpk(int argc, char** argv) {
@@ -44,5 +53,5 @@ int RunKvpk(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? ExitStatus::kDone : ExitStatus::kUsage;
   }
-  return Run(chosen);
+  return AfterPrinting(Run(chosen));
 }

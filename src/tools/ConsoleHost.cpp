@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
+#include "platform/Failure.h"
+#include "platform/Process.h"
 #include "platform/Text.h"
 #include "tools/Report.h"
 
@@ -27,6 +29,10 @@ void ConsoleHost::SetTotalProgressMax(std::int32_t max) {
   total_.SetMax(max);
 }
 
+void ConsoleHost::DoEvents() {
+  if (Process::StopRequested()) Fail("the user has stopped it");
+}
+
 void ConsoleHost::ShowFailure(const std::string& text, const std::string& title) {
   PrintError(title + ": " + text);
 }
@@ -40,6 +46,7 @@ void InstallConsole::SetStatus(const std::string& text) {
 }
 
 void InstallConsole::DoEvents() {
+  ConsoleHost::DoEvents();
   const auto now = std::chrono::steady_clock::now();
   if (!showProgress_ || now < nextDrawing_) return;
   nextDrawing_ = now + kBetweenDrawings;

@@ -16,7 +16,8 @@ class ConsoleHost : public InstallHost {
   [[nodiscard]] std::int32_t ModProgress() const override { return mod_.Value(); }
   void SetTotalProgressMax(std::int32_t max) override;
   void SetTotalProgress(std::int32_t value) override { total_.SetValue(value); }
-  void DoEvents() override {}
+  /// Fails if the user wants the run to stop.
+  void DoEvents() override;
   void ShowFinalMessage(const std::string& /*text*/) override {}
   void ShowFailure(const std::string& text, const std::string& title) override;
 
@@ -34,8 +35,8 @@ class ScriptConsole : public ConsoleHost {
   void SetStatus(const std::string& text) override;
 };
 
-/// The host of an install run: each status text on a line, a repeated one once, and below them,
-/// if stdout is a terminal, a line that shows how far the run has come.
+/// The host of an install run: each status text on a line, and below them, if stdout is a
+/// terminal, a line that shows how far the run has come.
 class InstallConsole : public ConsoleHost {
  public:
   explicit InstallConsole(bool showProgress) : showProgress_(showProgress) {}

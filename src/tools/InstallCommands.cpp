@@ -13,6 +13,7 @@
 #include "install/basScript.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/Process.h"
 #include "platform/Shell.h"
 #include "platform/Terminal.h"
 #include "platform/Text.h"
@@ -28,7 +29,7 @@ struct InstallArguments {
   std::string pack;
   std::string game;
   std::string temp;
-  std::string mods;
+  std::optional<std::string> mods;
   bool anyDirectory = false;
 };
 
@@ -69,7 +70,7 @@ int RunScript(const InstallArguments& arguments) {
   const auto stop = basScript::RunInstallScript(session, script);
   std::cout << "progress: " << host.ModRange().Value() << '/' << host.ModRange().Max() << '\n';
   if (!stop) return ExitStatus::kDone;
-  PrintError("\"" + EngineText(arguments.script) + "\" stopped at " + Described(*stop));
+  PrintError("\"" + Text::FromUtf8Lossy(arguments.script) + "\" stopped at " + Described(*stop));
   return ExitStatus::kStopped;
 }
 
@@ -81,8 +82,9 @@ void SelectMods(Catalogue& catalogue, const std::string& list) {
     const std::string item = list.substr(begin, end - begin);
     const auto number = static_cast<std::size_t>(Text::WholeNumber(item).value_or(0));
     if (number < 1 || number >= catalogue.Mods.size()) {
-      throw UsageError(Concat("--mods: \"", EngineText(item), "\" is no number of a mod; the pack ",
-                              "has ", catalogue.Mods.size() - 1));
+      throw UsageError(Concat("--mods: \"", Text::FromUtf8Lossy(item),
+                              "\" is no number of a mod; the pack ", "has ",
+                              catalogue.Mods.size() - 1));
     }
     catalogue.Mods[number].Selected = true;
     begin = end + 1;
@@ -102,7 +104,8 @@ int Install(const InstallArguments& arguments) {
   const FileSystem files(FileSystemOptions::FromEnvironment());
   const std::string game = ExistingFolder(files, arguments.game);
   if (!arguments.anyDirectory && !basMain::IsGameDirectory(files, game)) {
-    Fail("\"", EngineText(arguments.game), "\" isn't a game directory: it has no gta_sa.exe ",
+    Fail("\"", Text::FromUtf8Lossy(arguments.game),
+         "\" isn't a game directory: it has no gta_sa.exe ",
          "(--any-directory installs all the same)");
   }
   const RunFolder temp(files, arguments.temp);
@@ -111,11 +114,17 @@ int Install(const InstallArguments& arguments) {
   InstallSession session(files, host, shell, temp.DosPath());
   session.SAInstallDir = game;
   OpenWholePack(files, session.ModPackIMG, session.TempDir, session.Pack, arguments.pack);
-  if (!arguments.mods.empty()) SelectMods(session.Pack, arguments.mods);
+  if (arguments.mods) SelectMods(session.Pack, *arguments.mods);
 
   const std::vector<StoppedScript> stops = RunInstall(session);
   PrintStops(session.Pack, stops);
   return stops.empty() ? ExitStatus::kDone : ExitStatus::kStopped;
+}
+
+/// Runs a procedure that looks at every turn whether it shall stop, and then ends in order.
+int Stoppable(int (*procedure)(const InstallArguments&), const InstallArguments& arguments) {
+  Process::CatchStop();
+  return procedure(arguments);
 }
 
 CLI::App* AddCommand(CLI::App& app, Action& chosen, const std::string& name,
@@ -126,8 +135,9 @@ CLI::App* AddCommand(CLI::App& app, Action& chosen, const std::string& name,
   command->add_option("--game", arguments->game, "the game directory")->required();
   command->add_option("--temp", arguments->temp,
                       "a folder for temporary files, which stays; else one is made and removed");
-  command->callback(
-      [&chosen, arguments, procedure] { chosen = [=] { return procedure(*arguments); }; });
+  command->callback([&chosen, arguments, procedure] {
+    chosen = [=] { return Stoppable(procedure, *arguments); };
+  });
   return command;
 }
 

@@ -4,6 +4,7 @@
 #include "pack/clsIMGtool.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/Text.h"
 #include "tools/Paths.h"
 #include "tools/Report.h"
 
@@ -26,7 +27,7 @@ std::optional<std::string> OpenPack(const FileSystem& files, clsIMGtool& pack,
   MessageKeeper view;
   const PackOpening opening =
       OpenKELVOFile(files, pack, tempDir, catalogue, view, ExistingFile(files, utf8));
-  const std::string name = "pack \"" + EngineText(utf8) + "\": ";
+  const std::string name = "pack \"" + Text::FromUtf8Lossy(utf8) + "\": ";
   if (!opening.isArchive) Fail(name, "it isn't an IMG archive, which begins with \"VER2\"");
   if (opening.failure) return name + "its opening ended early: " + *opening.failure;
   if (opening.hasIndex) return std::nullopt;

@@ -1,47 +1,24 @@
 #include "tools/OwnTempFolder.h"
 
-#include <random>
 #include <system_error>
 
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
-#include "tools/Report.h"
+#include "platform/Process.h"
 
 namespace {
 
-std::string RandomName() {
-  constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz0123456789";
-  std::random_device random;
-  std::uniform_int_distribution<std::size_t> letter(0, kLetters.size() - 1);
-  std::string name = "kvpk-";
-  for (int i = 0; i < 12; ++i) name += kLetters[letter(random)];
-  return name;
-}
-
-std::string Shown(const std::filesystem::path& native) {
-  const std::u8string utf8 = native.u8string();
-  return EngineText(std::string(utf8.begin(), utf8.end()));
-}
-
-std::filesystem::path MakeFolder() {
-  const std::filesystem::path parent = std::filesystem::temp_directory_path();
-  constexpr int kTries = 100;
-  for (int i = 0; i < kTries; ++i) {
-    std::filesystem::path folder = parent / RandomName();
-    std::error_code error;
-    if (!std::filesystem::create_directory(folder, error)) {
-      if (error) Fail("making the folder ", Shown(folder), ": ", error.message());
-      continue;  // somebody has that name already
-    }
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-    return folder;
-  }
-  Fail("making a temporary folder in ", Shown(parent), ": no free name");
+std::filesystem::path PlaceForTempFiles() {
+  std::error_code error;
+  std::filesystem::path place = std::filesystem::temp_directory_path(error);
+  if (error) Fail("the folder for temporary files that TMPDIR names: ", error.message());
+  return place;
 }
 
 }  // namespace
 
-OwnTempFolder::OwnTempFolder(const FileSystem& files) : native_(MakeFolder()) {
+OwnTempFolder::OwnTempFolder(const FileSystem& files)
+    : native_(Process::MakePrivateFolder(PlaceForTempFiles(), "kvpk-")) {
   try {
     dosPath_ = files.ToDosText(native_);
   } catch (const Failure&) {

@@ -8,7 +8,7 @@ class FileSystem;
 /// A folder of the tool's own in the system's place for temporary files, readable by its owner
 /// alone: made for one run and removed with all its content at the end, whatever happened.
 ///
-/// The one place of the tool that changes the disk by native paths.
+/// Made and removed by native paths, which not everybody's place for temporary files spares us.
 class OwnTempFolder {
  public:
   explicit OwnTempFolder(const FileSystem& files);

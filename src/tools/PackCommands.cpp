@@ -105,7 +105,8 @@ int Unpack(const PackArguments& arguments) {
   OpenWholePack(files, pack, temp.DosPath(), catalogue, arguments.from);
   const std::string folder = MakeEmptyFolder(files, arguments.to);
   const std::size_t lost = UnpackPack(files, pack, catalogue, folder, PrintWarning);
-  if (lost > 0) Fail("pack \"", EngineText(arguments.from), "\": ", lost, " entries can't be read");
+  if (lost > 0)
+    Fail("pack \"", Text::FromUtf8Lossy(arguments.from), "\": ", lost, " entries can't be read");
   return ExitStatus::kDone;
 }
 

@@ -5,6 +5,7 @@
 #include "pack/clsIMGtool.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/Text.h"
 #include "tools/Report.h"
 
 std::filesystem::path NativePath(const std::string& utf8) {
@@ -20,7 +21,7 @@ std::string ExistingFile(const FileSystem& files, const std::string& utf8) {
 std::string ExistingFolder(const FileSystem& files, const std::string& utf8) {
   std::error_code ignored;
   if (!std::filesystem::is_directory(NativePath(utf8), ignored)) {
-    Fail("\"", EngineText(utf8), "\": no such folder");
+    Fail("\"", Text::FromUtf8Lossy(utf8), "\": no such folder");
   }
   return files.ToDosText(NativePath(utf8));
 }
@@ -34,14 +35,15 @@ std::string MakeEmptyFolder(const FileSystem& files, const std::string& utf8) {
     files.CreateFolder(path);
   } else if (!std::filesystem::is_directory(native, error) ||
              !std::filesystem::is_empty(native, error)) {
-    Fail("\"", EngineText(utf8), "\" isn't a new or an empty folder");
+    Fail("\"", Text::FromUtf8Lossy(utf8), "\" isn't a new or an empty folder");
   }
   return path;
 }
 
 void LoadExisting(const FileSystem& files, clsIMGtool& archive, const std::string& utf8) {
   if (!archive.Load(ExistingFile(files, utf8))) {
-    Fail("\"", EngineText(utf8), R"(" isn't an IMG archive: it doesn't begin with "VER2")");
+    Fail("\"", Text::FromUtf8Lossy(utf8),
+         R"(" isn't an IMG archive: it doesn't begin with "VER2")");
   }
 }
 

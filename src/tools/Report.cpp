@@ -5,7 +5,6 @@
 #include <iostream>
 
 #include "platform/Text.h"
-#include "tools/Utf8.h"
 
 namespace {
 
@@ -30,16 +29,6 @@ std::string Printable(std::string_view text) {
     }
   }
   return Text::ToUtf8(safe);
-}
-
-std::string EngineText(std::string_view utf8) {
-  std::string text;
-  for (std::string_view rest = utf8; !rest.empty();) {
-    const std::size_t length = Utf8::FirstCharacter(rest).length;
-    text += Text::FromUtf8(rest.substr(0, length)).value_or("?");
-    rest.remove_prefix(length);
-  }
-  return text;
 }
 
 void PrintError(std::string_view text) {

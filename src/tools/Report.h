@@ -28,9 +28,6 @@ class UsageError : public std::runtime_error {
 /// or steer the terminal, are written as "\x1B".
 std::string Printable(std::string_view text);
 
-/// UTF-8 as engine text for use in messages: what Windows-1252 lacks becomes a question mark.
-std::string EngineText(std::string_view utf8);
-
 /// One line on stderr, behind what stdout has so far: "kvpk: " and `text` (engine text).
 void PrintError(std::string_view text);
 

@@ -57,7 +57,7 @@ void RefuseUnseenNames(const FileSystem& files, const SourceFolder& folder,
     const std::string utf8(native.begin(), native.end());
     const auto name = Text::FromUtf8(utf8);
     if (utf8.starts_with('.') || (name && seen.contains(*name))) continue;
-    FailAt(folder.PlaceOf(EngineText(utf8)),
+    FailAt(folder.PlaceOf(Text::FromUtf8Lossy(utf8)),
            name ? "it can't be reached by this name" : "Windows-1252 can't say this name");
   }
 }
@@ -153,12 +153,14 @@ void SourceIni::RefuseRepetitions() const {
   std::set<std::string> sections;
   for (const auto& section : ini_.Sections()) {
     if (!sections.insert(Text::LowerCase(section.name)).second) {
-      FailAt(At(section.line), "the section [", EngineText(section.name), "] stands here twice");
+      FailAt(At(section.line), "the section [", Text::FromUtf8Lossy(section.name),
+             "] stands here twice");
     }
     std::set<std::string> keys;
     for (const auto& key : section.keys) {
       if (keys.insert(Text::LowerCase(key.name)).second) continue;
-      FailAt(At(key.line), "the key ", EngineText(key.name), " stands in this section twice");
+      FailAt(At(key.line), "the key ", Text::FromUtf8Lossy(key.name),
+             " stands in this section twice");
     }
   }
 }
@@ -166,7 +168,7 @@ void SourceIni::RefuseRepetitions() const {
 std::vector<SourceValue> SourceIni::Sections() const {
   std::vector<SourceValue> names;
   for (const auto& section : ini_.Sections()) {
-    names.push_back({EngineText(section.name), At(section.line)});
+    names.push_back({Text::FromUtf8Lossy(section.name), At(section.line)});
   }
   return names;
 }
@@ -179,7 +181,7 @@ void SourceIni::AllowKeys(std::string_view section,
     const bool known = std::any_of(allowed.begin(), allowed.end(), [&](std::string_view name) {
       return Text::EqualsIgnoringCase(name, key.name);
     });
-    if (!known) FailAt(At(key.line), "unknown key ", EngineText(key.name));
+    if (!known) FailAt(At(key.line), "unknown key ", Text::FromUtf8Lossy(key.name));
   }
 }
 

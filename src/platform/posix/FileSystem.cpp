@@ -323,11 +323,11 @@ std::string FileSystem::ToDosText(const std::filesystem::path& native) const {
   // What `..` leads to depends on links here, but not in DOS path text.
   if (!error && std::any_of(absolute.begin(), absolute.end(), isParent))
     absolute = std::filesystem::weakly_canonical(absolute, error);
-  if (error) FailWith("look up", Text::FromUtf8(native.native()).value_or("?"), error.value());
+  if (error) FailWith("look up", Text::FromUtf8Lossy(native.native()), error.value());
   const std::optional<std::string> text = Posix::DosTextOf(absolute);
   if (!text)
-    Fail("the path \"", Text::FromUtf8(native.native()).value_or("?"),
-         "\" holds a name that DOS path text can't say");
+    Fail("the path \"", Text::FromUtf8Lossy(absolute.native()),
+         "\" holds a name with a character (here: ?) that DOS path text can't say");
   return *text;
 }
 

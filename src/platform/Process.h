@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+/// What a command-line program has to settle with the system about its own process.
+namespace Process {
+
+/// Makes sure that the three standard streams are open, and that a reader who goes away ends no
+/// run. A stream that the caller has closed would otherwise be lent to the next file opened, and
+/// what is printed would be written into that file. Call it first of all.
+void PrepareStreams();
+
+/// From now on the first wish to stop (Ctrl-C, a termination signal) is only noted, so that a run
+/// can end in order; the second one ends the process.
+void CatchStop();
+/// Whether that wish has been noted.
+bool StopRequested();
+
+/// Makes a folder in `parent`, with a name that begins with `prefix` and nobody else has, readable
+/// by its owner alone from the start.
+std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent,
+                                        const std::string& prefix);
+
+}  // namespace Process

@@ -1,0 +1,54 @@
+#include "platform/Process.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include "platform/Text.h"
+#include "platform/posix/System.h"
+
+namespace {
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+void NoteStop(int /*number*/) {
+  stopRequested = 1;
+}
+
+}  // namespace
+
+namespace Process {
+
+void PrepareStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    // The lowest free number is the one of the stream that is missing.
+    if (fcntl(stream, F_GETFD) < 0) static_cast<void>(open("/dev/null", O_RDWR));
+  }
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+}
+
+void CatchStop() {
+  struct sigaction action = {};
+  action.sa_handler = NoteStop;
+  action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+  for (const int number : {SIGINT, SIGTERM}) sigaction(number, &action, nullptr);
+}
+
+bool StopRequested() {
+  return stopRequested != 0;
+}
+
+std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent,
+                                        const std::string& prefix) {
+  std::string name = (parent / (prefix + "XXXXXX")).string();
+  if (mkdtemp(name.data()) == nullptr) {
+    Posix::FailWith("make a folder in", Text::FromUtf8Lossy(parent.string()), errno);
+  }
+  return name;
+}
+
+}  // namespace Process
