@@ -167,6 +167,7 @@ class skinBtn : public QWidget, public AccessibleButton {
 
   [[nodiscard]] QWidget* hWnd() { return this; }
   [[nodiscard]] bool Visible() const { return !isHidden(); }
+  // NOLINTNEXTLINE(bugprone-virtual-near-miss): named like the other setters, and does the same.
   void SetVisible(bool value) { setVisible(value); }
 
   /// Lays the parts out in the control's size, which is no less than 120 twips each way.

@@ -41,7 +41,9 @@ class ngBtnTest : public testing::Test {
                       std::to_string(int(y)));
       };
     };
-    const auto plain = [this](const char* name) { return [this, name] { log.push_back(name); }; };
+    const auto plain = [this](const char* name) {
+      return [this, name] { log.emplace_back(name); };
+    };
     QObject::connect(&button, &ngBtn::MouseDown, mouse("MouseDown"));
     QObject::connect(&button, &ngBtn::MouseUp, mouse("MouseUp"));
     QObject::connect(&button, &ngBtn::MouseMove, [this] { moves += 1; });

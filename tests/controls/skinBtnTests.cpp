@@ -47,7 +47,9 @@ class skinBtnTest : public testing::Test {
                       std::to_string(std::lround(y)));
       };
     };
-    const auto plain = [this](const char* name) { return [this, name] { log.push_back(name); }; };
+    const auto plain = [this](const char* name) {
+      return [this, name] { log.emplace_back(name); };
+    };
     QObject::connect(&button, &skinBtn::MousMove, mouse("MousMove"));
     QObject::connect(&button, &skinBtn::MousDown, mouse("MousDown"));
     QObject::connect(&button, &skinBtn::MousUp, mouse("MousUp"));
@@ -68,7 +70,7 @@ class skinBtnTest : public testing::Test {
 
   std::vector<std::string> Events() { return std::exchange(log, {}); }
 
-  std::string Look() const {
+  [[nodiscard]] std::string Look() const {
     return button.LookNormal() ? "normal" : button.LookOver() ? "over" : "pressed";
   }
 
