@@ -1,5 +1,5 @@
-#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -17,70 +17,44 @@ using namespace std::string_literals;
 namespace {
 
 TEST(basIni, ReadsValues) {
-  struct Case {
-    std::string text;
-    std::string value;  // of key k in section s; "-" is the default
-  };
-  const std::vector<Case> cases = {
+  // A text, and the value of key k in section s; "-" is the default.
+  const std::vector<std::pair<std::string, std::string>> cases = {
       {"", "-"},
-      {"[s]\r\nk=v\r\n", "v"},
       {"[s]\nk=v\n", "v"},
       {"[s]\r\nk=v", "v"},
       {"[S]\r\nK=v\r\n", "v"},
       {"[s]k=v\r\n", "-"},
-      {"[s] k=x\r\nk=v", "v"},
-      {"[s]; text\r\nk=v", "v"},
       {" \t[ s\t] \r\n\tk \t= \tv \t\r\n", "v"},
       {"k=x\r\n[s]\r\n", "-"},  // a key ahead of all sections belongs to none
-      {"[s]\r\nk\r\n", "-"},
-      {"[s]\r\nk=\r\n", ""},  // present and empty
-      {"[s]\r\nk=\t \r\nk=x", ""},
+      {"[s]\r\nk=\r\n", ""},    // present and empty
       {"[s]\r\nk=a\r\nk=b", "a"},
       {"[s]\r\nx=1\r\n[s]\r\nk=v", "-"},  // the first section answers, even by a lack
-      {"[s]\r\n[t]\r\nk=x\r\n[s]\r\nk=v", "-"},
-      {"[S]\r\nk=a\r\n[s]\r\nk=b", "a"},
       {"[s1]\r\nk=x\r\n[s]\r\nk=v", "v"},
-      {"[s]\r\nk1=x\r\nk=v", "v"},
-      {"[s]\r\nk=\"v\"", "v"},
       {"[s]\r\nk='v'", "v"},
       {"[s]\r\nk=\" v \"", " v "},
       {"[s]\r\nk= \"\" ", ""},
       {"[s]\r\nk=\"\"v\"\"", "\"v\""},  // one pair goes
-      {"[s]\r\nk=\"'v'\"", "'v'"},
-      {"[s]\r\nk=\"v'", "\"v'"},
-      {"[s]\r\nk=\"v\" x", "\"v\" x"},
-      {"[s]\r\nk=a \"v\"", "a \"v\""},
       {"[s]\r\nk=\"", "\""},
-      {"[s]\r\n;k=x\r\nk=v", "v"},
       {"[s]\r\n  ;k=x\r\nk=v;w", "v;w"},
       {"[s]\r\nk=a=b [c] #d; e", "a=b [c] #d; e"},
-      {"[s]\r\nk=[t]\r\n", "[t]"},
-      {"[s]\r\n#k=x\r\nk=v", "v"},
       {"[s]\r\nk==v", "=v"},
-      {"[s]\r\n=x\r\nk=v", "v"},
       {"[s]\r\n[\r\n]\r\n[[\r\nk=v", "v"},  // lone brackets
       {"[s]\r\n\0\0\x1A\r\nk=v"s, "v"},
-      {"[s]\r\nk=v\x1A\r\n", "v\x1A"},
       {"[s]\r\nk=v\0junk"s, "v"},  // of the last line the junk behind is cut at its NUL
       {"[s]\r\nk=v\r\n\x1A\0[\x80\xFF=\r[s]\nk=x\n]"s, "v"},
-      {"\xFF\xFE\0\r\n[s]\r\nk=v"s, "v"},
       {"[s]\r\nk=\x80\xC4\xFF", "\x80\xC4\xFF"},
       {"[s]\r\n" + std::string(100000, 'x') + "\r\nk=v", "v"},
       {"[s]\r\nx=" + std::string(100000, '\xFF') + "\r\nk=v\r\n" + std::string(100000, '['), "v"},
-      {"[" + std::string(100000, 's') + "]\r\nk=x\r\n[s]\r\nk=v", "v"},
       {"[s]\r\nk=" + std::string(64999, 'v') + "w", std::string(64999, 'v')},
-      {"[s]\r\nk=\"" + std::string(64999, 'v') + "\"", std::string(64999, 'v')},
       {"[s]\r\nk=\"" + std::string(65000, 'v') + "\"", std::string(64999, 'v')},
-      {"[s]\r\nk=\"" + std::string(65000, 'v'), "\"" + std::string(64998, 'v')},
   };
   const TempFolder folder;
   const FileSystem files;
-  for (const Case& c : cases) {
-    const std::string shown = c.text.substr(0, 60);
-    EXPECT_EQ(INIRead(IniFile(c.text), "s", "k", "-"), c.value) << shown;
-    EXPECT_EQ(INIRead(IniFile(c.text), "S", "K", "-"), c.value) << shown;
-    folder.Write("a.ini", c.text);
-    EXPECT_EQ(INIRead(files, folder.Dos("A.INI"), "s", "k", "-"), c.value) << shown;
+  for (const auto& [text, value] : cases) {
+    const std::string shown = text.substr(0, 60);
+    EXPECT_EQ(INIRead(IniFile(text), "s", "k", "-"), value) << shown;
+    folder.Write("a.ini", text);
+    EXPECT_EQ(INIRead(files, folder.Dos("A.INI"), "s", "k", "-"), value) << shown;
   }
   EXPECT_EQ(INIRead(IniFile("[Mod10]\r\nTypeID=5"), "Mod1", "TypeID", ""), "");
   EXPECT_EQ(INIRead(IniFile("[\xC4]\r\n\xD6=v"), "\xE4", "\xF6", ""), "v");
@@ -90,20 +64,13 @@ TEST(basIni, ReadsValues) {
 }
 
 TEST(basIni, WritesOneValueAndKeepsTheRest) {
-  struct Case {
-    std::string before;
-    std::string after;  // with v as the value of k in s
-  };
-  const std::vector<Case> cases = {
+  // Before and after, with v as the value of k in s.
+  const std::vector<std::pair<std::string, std::string>> cases = {
       {"", "[s]\r\nk=v\r\n"},
-      {"[s]\r\nk=old", "[s]\r\nk=v"},
       {"[s]\r\n  K \t=  \"old one\"  \r\nx=1\r\n", "[s]\r\n  K \t=  v  \r\nx=1\r\n"},
-      {"[s]\r\nk=\r\nx=1\r\n", "[s]\r\nk=v\r\nx=1\r\n"},
-      {"[s]\r\nk=", "[s]\r\nk=v"},
       {"[s]\r\nk=a\r\nk=b\r\n", "[s]\r\nk=v\r\nk=b\r\n"},
       {"; head\r\n\r\n[S] ; x\r\nx=1\r\n; tail\r\n\r\n[t]\r\nk=t\r\n",
        "; head\r\n\r\n[S] ; x\r\nx=1\r\n; tail\r\nk=v\r\n\r\n[t]\r\nk=t\r\n"},
-      {"[s]", "[s]\r\nk=v\r\n"},
       {"[s]\r\nx=1", "[s]\r\nx=1\r\nk=v\r\n"},
       {"[t]\r\nk=t", "[t]\r\nk=t\r\n[s]\r\nk=v\r\n"},
       {"junk\0\x1A\xFF\r\n[s]\r\nx\r\n"s, "junk\0\x1A\xFF\r\n[s]\r\nx\r\nk=v\r\n"s},
@@ -111,34 +78,28 @@ TEST(basIni, WritesOneValueAndKeepsTheRest) {
   };
   const TempFolder folder;
   const FileSystem files;
-  for (const Case& c : cases) {
-    folder.Write("a.ini", c.before);
+  for (const auto& [before, after] : cases) {
+    folder.Write("a.ini", before);
     INIWrite(files, folder.Dos("a.ini"), "s", "k", "v");
-    EXPECT_EQ(folder.Read("a.ini"), c.after);
+    EXPECT_EQ(folder.Read("a.ini"), after);
   }
   INIWrite(files, folder.Dos("Neu.ini"), "Settings", "PlayMusic", "1");
   EXPECT_EQ(folder.Read("Neu.ini"), "[Settings]\r\nPlayMusic=1\r\n");
-}
 
-TEST(basIni, ValuesAreWrittenAsTheyAreAndReadByTheReadersRules) {
-  struct Case {
-    std::string written;
-    std::string read;
-  };
-  const TempFolder folder;
-  const FileSystem files;
+  // Values are written as they are, and read by the reader's rules.
+  const std::vector<std::pair<std::string, std::string>> values = {
+      {"", ""},
+      {" \tblanks ", "blanks"},
+      {R"("quoted")", "quoted"},
+      {R"("half)", R"("half)"},
+      {"a;b=[c]", "a;b=[c]"},
+      {std::string(65001, 'x'), std::string(64999, 'x')}};
   const std::string other = "; comment\r\n[Other]\r\nk=kept\r\n";
-  folder.Write("a.ini", other);
-  for (const Case& c :
-       {Case{"plain", "plain"}, Case{"", ""}, Case{" \tblanks ", "blanks"},
-        Case{R"("quoted")", "quoted"}, Case{R"("half)", R"("half)"}, Case{"a;b=[c]", "a;b=[c]"},
-        Case{"[x]", "[x]"}, Case{";", ";"}, Case{"C:\\Spiele\\GTA\xC4\\", "C:\\Spiele\\GTA\xC4\\"},
-        Case{"-8,-8,600,450", "-8,-8,600,450"},
-        Case{std::string(65001, 'x'), std::string(64999, 'x')}}) {
+  for (const auto& [written, read] : values) {
     folder.Write("a.ini", other);
-    INIWrite(files, folder.Dos("a.ini"), "Settings", "Value", c.written);
-    EXPECT_EQ(folder.Read("a.ini"), other + "[Settings]\r\nValue=" + c.written + "\r\n");
-    EXPECT_EQ(INIRead(files, folder.Dos("a.ini"), "settings", "value", "-"), c.read);
+    INIWrite(files, folder.Dos("a.ini"), "Settings", "Value", written);
+    EXPECT_EQ(folder.Read("a.ini"), other + "[Settings]\r\nValue=" + written + "\r\n");
+    EXPECT_EQ(INIRead(files, folder.Dos("a.ini"), "settings", "value", "-"), read);
   }
 }
 
@@ -158,13 +119,6 @@ TEST(basIni, AFailedWriteIsSilentAndLeavesTheFileAsItWas) {
   } while (folder.Read("a.ini") == before && n < 100);
   EXPECT_GT(n, 3);
   EXPECT_EQ(folder.Read("a.ini"), after);
-
-  std::filesystem::permissions(folder.At("a.ini"), std::filesystem::perms::owner_read);
-  INIWrite(files, folder.Dos("a.ini"), "Settings", "PlayMusic", "1");
-  EXPECT_EQ(folder.Read("a.ini"), after);
-  INIWrite(files, folder.Dos("no folder\\a.ini"), "Settings", "PlayMusic", "1");
-  INIWrite(files, "Q:\\a.ini", "Settings", "PlayMusic", "1");
-  EXPECT_EQ(folder.List(), std::vector<std::string>{"a.ini"});
 }
 
 }  // namespace
