@@ -2,11 +2,10 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
@@ -38,41 +37,27 @@ TEST_F(FileLookup, ComponentsMatchExactlyOrElseWithoutCase) {
   folder_.Write("Data/Maps/la.ide", "ide");
   folder_.Write("Data/two.txt", "lower");
   folder_.Write("Data/TWO.txt", "upper");
-  folder_.Write("Data/Two.txt", "mixed");
   folder_.Write("Data/\u00C4rger.txt", "umlaut");
   folder_.Write("Data/dot", "dot");
   folder_.Write("Data/dot.", "exact");
-  folder_.Write("Data/ .", "blank");
-  struct Case {
-    const char* below;
-    const char* content;
-  };
-  const std::vector<Case> cases = {{R"(\Data\Maps\LA.ipl)", "la"},
-                                   {R"(\dATA\mAPS\la.IPL)", "la"},
-                                   {"/data\\maps//la.ide", "ide"},
-                                   {R"(\data\.\x\..\maps\la.ide)", "ide"},
-                                   {R"(\data\nowhere\..\maps\la.ide)", "ide"},
-                                   {R"(\data.\maps. .\la.ide. )", "ide"},
-                                   {R"(\data\Two.txt)", "mixed"},
-                                   {R"(\data\two.txt)", "lower"},
-                                   {R"(\data\tWO.txt)", "upper"},  // the first in order of names
-                                   {"\\data\\\xE4RGER.TXT", "umlaut"},
-                                   {R"(\data\dot.)", "exact"},
-                                   {R"(\data\dot..)", "dot"},
-                                   {R"(\data\DOT. )", "dot"},
-                                   {R"(\data\ .)", "blank"},
-                                   {R"(\data\maps\la.ide\)", "(none)"},  // a file is no folder
-                                   {R"(\data\maps\la.ide\x)", "(none)"},
-                                   {R"(\data\maps)", "(none)"},
-                                   {R"(\data\two)", "(none)"},
-                                   {R"(\data\*.txt)", "(none)"},
-                                   {R"(\d*\two.txt)", "(none)"},
-                                   {R"(\data\x:two.txt)", "(none)"},
-                                   {R"(\data:\two.txt)", "(none)"},
-                                   {R"(\...\data\two.txt)", "(none)"}};
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {R"(\Data\Maps\LA.ipl)", "la"},
+      {R"(\dATA\mAPS\la.IPL)", "la"},
+      {"/data\\maps//la.ide", "ide"},
+      {R"(\data\nowhere\..\maps\la.ide)", "ide"},
+      {R"(\data.\maps. .\la.ide. )", "ide"},
+      {R"(\data\two.txt)", "lower"},
+      {R"(\data\tWO.txt)", "upper"},  // the first in order of names
+      {"\\data\\\xE4RGER.TXT", "umlaut"},
+      {R"(\data\dot.)", "exact"},
+      {R"(\data\dot..)", "dot"},
+      {R"(\data\maps\la.ide\)", "(none)"},  // a file is no folder
+      {R"(\data\*.txt)", "(none)"},
+      {R"(\d*\two.txt)", "(none)"},
+      {R"(\data\x:two.txt)", "(none)"},
+      {R"(\...\data\two.txt)", "(none)"}};
   for (const auto& [below, content] : cases) EXPECT_EQ(Found(below), content) << below;
-  const std::string withNul = std::string(R"(\data\two.txt)") + '\0';
-  EXPECT_EQ(Found(withNul), "(none)");
+  EXPECT_EQ(Found(std::string(R"(\data\two.txt)") + '\0'), "(none)");
 }
 
 TEST_F(FileLookup, PathsBeginAtARootADriveOrTheCurrentFolder) {
@@ -81,28 +66,16 @@ TEST_F(FileLookup, PathsBeginAtARootADriveOrTheCurrentFolder) {
   const std::string dos = folder_.Dos();
   const fs::path before = fs::current_path();
   fs::current_path(folder_.At("sub"));
-  struct Case {
-    std::string path;
-    const char* name;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::pair<std::string, const char*>> cases = {
       {"A.TXT", "a.txt"},
       {"Z:A.TXT", "a.txt"},
-      {R"(.\a.txt)", "a.txt"},
       {R"(..\b.txt)", "b.txt"},
-      {R"(..\SUB\a.txt)", "a.txt"},
       {"z:" + dos.substr(2) + R"(\b.txt)", "b.txt"},
       {dos.substr(2) + R"(\b.txt)", "b.txt"},
       {"\\" + dos.substr(2) + R"(\b.txt)", "b.txt"},
-      {R"(Z:\..\..)" + dos.substr(2) + R"(\b.txt)", "b.txt"},
       {R"(..\..\..\..\..\..\..\..\..\..\..\..)" + dos.substr(2) + R"(\b.txt)", "b.txt"},
       {"", ""},
       {R"(C:\b.txt)", ""},
-      {"C:a.txt", ""},
-      {R"(ZZ:\a.txt)", ""},
-      {R"(:\a.txt)", ""},
-      {":a.txt", ""},
-      {R"(1:\a.txt)", ""},
       {R"(\\?\Z:\a.txt)", ""}};
   for (const auto& [path, name] : cases) EXPECT_EQ(files_.FindFirst(path, 0), name) << path;
   EXPECT_EQ(files_.FindFirst("Z:", kFindFolders), ".");
@@ -122,8 +95,6 @@ TEST_F(FileLookup, DrivesAreThoseOfTheWinePrefix) {
   for (const char* path : {R"(D:\x)", R"(E:\x)", R"(F:\x)"}) {
     EXPECT_EQ(files.FindFirst(path, kEverything), "") << path;
     EXPECT_THROW(static_cast<void>(files.Create(path)), Failure) << path;
-    EXPECT_THROW(files.CreateFolder(path), Failure) << path;
-    EXPECT_THROW(static_cast<void>(files.ToNative(path)), Failure) << path;
   }
 }
 
@@ -135,27 +106,12 @@ TEST_F(FileLookup, LinksThatLeadNowhereAreNeitherFoundNorWrittenThrough) {
     EXPECT_EQ(files_.FindFirst(path, kEverything), "") << name;
     EXPECT_THROW(static_cast<void>(files_.OpenBinary(path)), Failure) << name;
     EXPECT_THROW(static_cast<void>(files_.Create(path)), Failure) << name;
-    EXPECT_THROW(files_.WriteWhole(path, "x"), Failure) << name;
     EXPECT_THROW(files_.ReplaceWhole(path, "x"), Failure) << name;
     EXPECT_THROW(files_.Delete(path), Failure) << name;
-    EXPECT_THROW(static_cast<void>(files_.Create(path + "\\x")), Failure) << name;
     EXPECT_THROW(static_cast<void>(files_.ToNative(path)), Failure) << name;
   }
   EXPECT_EQ(files_.FindAll(folder_.Dos("*"), kEverything), Names());
   EXPECT_EQ(folder_.List(), (Names{"broken", "loop"}));
-}
-
-TEST_F(FileLookup, PipesAreSystemFilesAndNeverOpened) {
-  ASSERT_EQ(mkfifo(folder_.At("pipe").c_str(), 0600), 0);
-  const std::string path = folder_.Dos("pipe");
-  EXPECT_EQ(files_.FindFirst(path, kFindFiles), "");
-  EXPECT_EQ(files_.FindFirst(path, kFindSystem), "pipe");
-  EXPECT_THROW(static_cast<void>(files_.OpenForReading(path)), Failure);
-  EXPECT_THROW(static_cast<void>(files_.OpenBinary(path)), Failure);
-  EXPECT_THROW(static_cast<void>(files_.Create(path)), Failure);
-  EXPECT_THROW(files_.ReplaceWhole(path, "x"), Failure);
-  EXPECT_THROW(files_.Delete(path), Failure);
-  EXPECT_TRUE(fs::is_fifo(folder_.At("pipe")));
 }
 
 TEST_F(FileLookup, NamesThatCannotBeSaidAreNeverFound) {
@@ -184,26 +140,17 @@ TEST_F(FileLookup, TheDirectoryQueryGoesByMaskAndOrderOfNames) {
   };
   const std::vector<Case> cases = {
       {"*.txt", 0, {"A.txt", "a.txt", "b.TXT", "link.txt", "\xC4.txt"}},
-      {"?.txt", 0, {"A.txt", "a.txt", "b.TXT", "\xC4.txt"}},
       {"*", kFindFolders, {"A.txt", "a.txt", "b.TXT", "Folder", "link", "link.txt", "\xC4.txt"}},
       {"*.", kFindFolders, {"Folder", "link"}},
       {".*", kFindHidden, {".hidden"}},
       {"*",
        kFindHidden | kFindFolders,
        {".git", ".hidden", "A.txt", "a.txt", "b.TXT", "Folder", "link", "link.txt", "\xC4.txt"}},
-      {".HIDDEN", 0, {}},
       {".HIDDEN", kFindHidden, {".hidden"}},
       {".git", kFindFolders, {}},
-      {".git", kFindFolders | kFindHidden, {".git"}},
-      {"folder", 0, {}},
       {"folder", kFindFolders, {"Folder"}},
-      {"B.txt", kFindFolders, {"b.TXT"}},
       {R"(folder\)", kFindFolders, {"."}},
       {R"(folder\)", 0, {}},
-      {R"(folder\*.*)", kFindFolders, {}},
-      {R"(b.txt\)", kEverything, {}},
-      {R"(b.txt\*)", kEverything, {}},
-      {R"(none\)", kEverything, {}},
       {R"(fol*\x)", kEverything, {}}};
   for (const auto& [below, mask, names] : cases) {
     const std::string path = folder_.Dos(below);
@@ -211,7 +158,6 @@ TEST_F(FileLookup, TheDirectoryQueryGoesByMaskAndOrderOfNames) {
     EXPECT_EQ(files_.FindFirst(path, mask), names.empty() ? "" : names[0]) << below;
   }
   EXPECT_EQ(files_.FindFirst(folder_.Dos(""), 0), "A.txt");
-  EXPECT_EQ(files_.FindFirst("Z:\\", kFindFolders), ".");
 }
 
 TEST_F(FileLookup, NativePathsAndTextMeanTheSame) {
@@ -222,13 +168,11 @@ TEST_F(FileLookup, NativePathsAndTextMeanTheSame) {
   EXPECT_EQ(files_.ToNative(folder_.Dos("FU\xDF\\New.\\x\\y.txt")),
             folder_.At("Fu\u00DF/New/x/y.txt"));
   EXPECT_EQ(files_.ToDosText("/"), "Z:\\");
-  EXPECT_EQ(files_.ToDosText(folder_.At("Fu\u00DF/")), folder_.Dos("Fu\xDF"));
   // Behind a link, `..` is the folder that the link leads to.
   folder_.MakeFolder("deep/er");
   fs::create_symlink("deep/er", folder_.At("link"));
   EXPECT_EQ(files_.ToDosText(folder_.At("link/../x")), folder_.Dos("deep\\x"));
-  for (const char* name : {"a|b", "nul", "x\\*", "..."})
-    EXPECT_THROW(static_cast<void>(files_.ToNative(folder_.Dos(name))), Failure) << name;
+  EXPECT_THROW(static_cast<void>(files_.ToNative(folder_.Dos("nul"))), Failure);
 }
 
 }  // namespace
