@@ -82,7 +82,7 @@ TEST_F(Damage, PacksOpenWithoutAFailureTowardsTheCaller) {
   for (const char* const section : {"Mod1", "Mod2", "Typ1", "Typ2"})
     index += "[" + std::string(section) + "]\r\nTypeID=1\r\nName=n\r\nReadme=a<nl>b\r\n";
   folder.MakeFolder("sandbox/temp");
-  WritePack(folder, "sandbox/a.kvpk", index, {{"beside.dff", "data"}});
+  WritePack(folder, "sandbox/a.kvpk", index);
   const std::string whole = folder.Read("sandbox/a.kvpk");
   clsIMGtool pack(files);
   Catalogue catalogue;

@@ -7,11 +7,6 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include "pack/ArchiveWriter.h"
-#include "pack/clsEncryption.h"
-#include "pack/clsIMGtool.h"
-#include "platform/FileSystem.h"
-
 KvpkRun Kvpk(const TempFolder& folder, const std::vector<std::string>& arguments) {
   const TempFolder own;
   own.MakeFolder("tmp");
@@ -40,39 +35,4 @@ KvpkRun Kvpk(const TempFolder& folder, const std::vector<std::string>& arguments
   waitpid(process, &status, 0);
   EXPECT_EQ(own.List("tmp"), std::vector<std::string>{}) << "temporary files are left";
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, own.Read("out"), own.Read("err")};
-}
-
-void WriteArchive(const TempFolder& folder, std::string_view file,
-                  const std::vector<StoredEntry>& entries) {
-  ArchiveWriter writer;
-  for (const StoredEntry& entry : entries) writer.Add(entry.name, entry.data);
-  writer.Write(FileSystem(), folder.Dos(file));
-}
-
-void WritePack(const TempFolder& folder, std::string_view file, const std::string& index,
-               const std::vector<StoredEntry>& entries) {
-  const TempFolder own;
-  const FileSystem files;
-  own.Write("plain", index);
-  clsEncryption cipher(files);
-  cipher.InputFileName = own.Dos("plain");
-  cipher.OutputFileName = own.Dos("ciphered");
-  cipher.Password = clsEncryption::IndexPassword();
-  cipher.EncryptFile();
-  std::vector<StoredEntry> all{{"modpack.ini", own.Read("ciphered")}};
-  all.insert(all.end(), entries.begin(), entries.end());
-  WriteArchive(folder, file, all);
-}
-
-std::map<std::string, std::string> EntriesOf(const TempFolder& folder, std::string_view file) {
-  const FileSystem files;
-  clsIMGtool archive(files);
-  EXPECT_TRUE(archive.Load(folder.Dos(file)));
-  const std::string bytes = folder.Read(file);
-  std::map<std::string, std::string> entries;
-  for (const udtIMGEntry& entry : archive.Entries()) {
-    entries.try_emplace(entry.Name, bytes.substr(static_cast<std::size_t>(entry.Offset),
-                                                 static_cast<std::size_t>(entry.Size)));
-  }
-  return entries;
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/PackFile.h"
 #include "support/TempFolder.h"
 
 /// What a run of the program left behind.
@@ -18,16 +19,9 @@ struct KvpkRun {
 /// temporary files, which it must leave empty.
 KvpkRun Kvpk(const TempFolder& folder, const std::vector<std::string>& arguments);
 
-/// An entry of an archive as it lies there: name and data, filled to whole sectors.
-struct StoredEntry {
-  std::string name;
-  std::string data;
-};
-/// Writes an archive with exactly these entries.
-void WriteArchive(const TempFolder& folder, std::string_view file,
-                  const std::vector<StoredEntry>& entries);
-/// Writes a pack: an enciphered index, then the entries.
-void WritePack(const TempFolder& folder, std::string_view file, const std::string& index,
-               const std::vector<StoredEntry>& entries);
 /// The first entry of each name in an archive.
-std::map<std::string, std::string> EntriesOf(const TempFolder& folder, std::string_view file);
+inline std::map<std::string, std::string> EntriesByName(const TempFolder& folder,
+                                                        std::string_view file) {
+  const std::vector<StoredEntry> entries = EntriesOf(folder, file);
+  return {entries.begin(), entries.end()};
+}

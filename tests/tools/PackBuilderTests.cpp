@@ -15,8 +15,7 @@ namespace {
 /// A small source folder in `src`.
 void WriteSource(const TempFolder& folder) {
   folder.Write("src/pack.ini",
-               "\xEF\xBB\xBF; the pack\n[Pack]\nTitle=Stra\xC3\x9F"
-               "en\nEndScript=ende.txt\n"
+               "\xEF\xBB\xBF; the pack\n[Pack]\nTitle=Straßen\nEndScript=ende.txt\n"
                "Html=seite.html\nHtmlHeight=120\n\n[Type1]\nTypeID=7\nName=\" Auto \"\n");
   folder.Write("src/ende.txt", "# end\n");
   folder.Write("src/seite.html", "<p>\xE2\x82\xAC</p>\r\n\r\n");
@@ -47,21 +46,15 @@ TEST(Build, MakesThePackThatTheFolderDescribes) {
             R"("installScript":"","readme":"","files":"","selected":true}],)"
             R"("modTypes":[{"typeId":7,"name":" Auto ","picture":"","description":"",)"
             R"("modCount":2,"checkState":1}]})");
-  const auto entries = EntriesOf(folder, "a.kvpk");
+  const auto entries = EntriesByName(folder, "a.kvpk");
   EXPECT_EQ(entries.size(), 4U);
   EXPECT_TRUE(Decompressed(entries.at("x.dff")).value().data == std::string(100000, 'x'));
   EXPECT_EQ(Decompressed(entries.at("empty.txt")).value().data, "");
   EXPECT_EQ(entries.at("a.png"), "PNG" + std::string(2045, '\0'));
-  EXPECT_EQ(folder.List(), (std::vector<std::string>{"a.kvpk", "src"}));
-}
-
-TEST(Build, GivesTheSameBytesForTheSameSource) {
-  const TempFolder folder;
-  WriteSource(folder);
-  Kvpk(folder, {"build", "src", "a.kvpk"});
   folder.Write("b.kvpk", "an older pack, which is replaced");
   EXPECT_EQ(Kvpk(folder, {"build", "./src/", "b.kvpk"}).exitStatus, 0);
-  EXPECT_TRUE(folder.Read("a.kvpk") == folder.Read("b.kvpk"));
+  EXPECT_TRUE(folder.Read("a.kvpk") == folder.Read("b.kvpk")) << "the same source, the same bytes";
+  EXPECT_EQ(folder.List(), (std::vector<std::string>{"a.kvpk", "b.kvpk", "src"}));
 }
 
 TEST(Build, NamesFileAndLineOfWhatAPackCannotHold) {
@@ -74,10 +67,7 @@ TEST(Build, NamesFileAndLineOfWhatAPackCannotHold) {
   const std::string pack = "[Pack]\nTitle=T\nEndScript=ende.txt\nHtml=seite.html\n";
   const std::vector<Case> cases{
       {"mods/010-a/los.txt", "# ok\n# \xD0\x96\n",
-       "mods/010-a/los.txt:2: Windows-1252 doesn't "
-       "have the character U+416"},
-      {"mods/010-a/los.txt", "\xFF", "mods/010-a/los.txt:1: it isn't UTF-8"},
-      {"mods/010-a/los.txt", "a<nl>b", "mods/010-a/los.txt:1: \"<nl>\""},
+       "mods/010-a/los.txt:2: Windows-1252 doesn't have the character U+416"},
       {"mods/010-a/los.txt", std::string("\n\n\0", 3), "mods/010-a/los.txt:3: it holds a NUL"},
       {"mods/010-a/los.txt", std::string(64992, 'x') + "\n\n\n", "mods/010-a/los.txt:2: too long"},
       {"mods/010-a/los.txt", "\n\nReplaceIMG {\ng.img\nX.dff\n",
@@ -86,33 +76,20 @@ TEST(Build, NamesFileAndLineOfWhatAPackCannotHold) {
        "mods/010-a/los.txt:3: the pack has no payload \"y.dff\""},
       {"ende.txt", "Copy {\ndata\nzzz.txt\n", "ende.txt:3: the pack has no payload \"zzz.txt\""},
       {"mods/030-c/mod.ini", "[Mod]\nName=C\n", "mods/030-c/mod.ini:1: TypeID must be"},
-      {"mods/030-c/mod.ini", "[Mod]\nTypeID=-1\n", "mods/030-c/mod.ini:2: TypeID must be"},
-      {"mods/030-c/mod.ini", "[Mod]\nTypeID=32768\n", "mods/030-c/mod.ini:2: TypeID must be"},
       {"mods/030-c/mod.ini", mod + "Nmae=C\n", "mods/030-c/mod.ini:4: unknown key Nmae"},
       {"mods/030-c/mod.ini", mod + "name=D\n", "mods/030-c/mod.ini:4: the key name stands"},
-      {"mods/030-c/mod.ini", mod + "junk\n", "mods/030-c/mod.ini:4: neither a section"},
-      {"mods/030-c/mod.ini", "Name=C\n" + mod, "mods/030-c/mod.ini:1: neither a section"},
       {"mods/030-c/mod.ini", mod + "[Mot]\n", "mods/030-c/mod.ini:4: unknown section [Mot]"},
-      {"mods/030-c/mod.ini", mod + "Readme=no.txt\n", "mods/030-c/mod.ini:4: the folder has no"},
       {"mods/030-c/mod.ini", mod + "Readme=../010-a/lies.txt", "mods/030-c/mod.ini:4: the folder"},
       {"mods/030-c/mod.ini", mod + "Files=" + std::string(65000, 'x'),
        "mods/030-c/mod.ini:4: too long: 65000 bytes"},
-      {"mods/030-c/note.txt", "", "mods/030-c/mod.ini: there is no such file"},
-      {"mods/010-a/note.txt", "", "mods/010-a/note.txt: nothing names this file"},
-      {"mods/stray.txt", "", "mods/stray.txt: nothing names this file"},
       {"stray.txt", "", "stray.txt: nothing names this file"},
-      {"Picture/a.png", "", "Picture: a folder of this name has no place here"},
       {"payload/sub/a.dff", "", "payload/sub: an entry can't be a folder"},
       {"payload/X.DFF", "",
        "mods/010-a/payload/x.dff: its entry has the same name as that of payload/X.DFF"},
-      {"raw/Modpack.ini", "", "raw/Modpack.ini: its entry has the same name as that of the pack's"},
       {"payload/name-of-25-characters.txt", "", "payload/name-of-25-characters.txt: the entry's"},
       {"payload/con.txt", "", "payload/con.txt: an entry of this name could never be unpacked"},
       {"payload/\xE6\x97\xA5.dff", "", "payload/?.dff: Windows-1252 can't say this name"},
-      {"pack.ini", pack + "[Type2]\nTypeID=1\n", "pack.ini:5: unknown section [Type2]"},
-      {"pack.ini", pack + "HtmlHeight=\n", "pack.ini:5: HtmlHeight must be a whole number"},
       {"pack.ini", pack + "[Entries]\npayload/no=x\n", "pack.ini:6: the folder has no entry"},
-      {"pack.ini", pack + "[Entries]\npayload/empty.txt=%4\n", "pack.ini:6: \"%\" must be"},
       {"pack.ini", pack + "[Entries]\npayload/empty.txt=x.dff\n",
        "pack.ini:6: its entry has the same name as that of mods/010-a/payload/x.dff"},
   };
