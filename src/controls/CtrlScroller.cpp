@@ -13,20 +13,10 @@
 #include "controls/BarAccessibility.h"
 #include "controls/DevicePixels.h"
 #include "controls/Input.h"
+#include "controls/Skin.h"
 #include "controls/Twips.h"
 
 namespace {
-
-constexpr QRgb kTransparent = qRgb(255, 0, 255);
-
-QPixmap TakeOutTransparent(const QPixmap& picture) {
-  QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
-  for (int y = 0; y < image.height(); ++y) {
-    auto* const row = reinterpret_cast<QRgb*>(image.scanLine(y));
-    std::replace(row, row + image.width(), kTransparent, qRgba(0, 0, 0, 0));
-  }
-  return QPixmap::fromImage(image);
-}
 
 QSize SizeOf(const QPixmap& picture) {
   return picture.deviceIndependentSize().toSize();
@@ -65,13 +55,13 @@ void CtrlScroller::SetMin(std::int32_t min) {
 
 void CtrlScroller::SetBar(const QPixmap& picture) {
   bar_ = picture;
-  picBar_ = TakeOutTransparent(picture);
+  picBar_ = Skin::WithoutMagenta(picture);
   Redraw();
 }
 
 void CtrlScroller::SetBarOver(const QPixmap& picture) {
   barOver_ = picture;
-  picBarOver_ = TakeOutTransparent(picture);
+  picBarOver_ = Skin::WithoutMagenta(picture);
   Redraw();
 }
 
@@ -93,11 +83,18 @@ void CtrlScroller::MoveTo(std::int32_t value) {
 
 // Only a size that really changes moves the handle: `Max` may have left it elsewhere on purpose.
 void CtrlScroller::Redraw() {
-  if (!picScrBefore_.isNull() && size() != SizeOf(picScrBefore_)) {
+  if (!picScrBefore_.isNull()) {
+    const bool isOther = size() != SizeOf(picScrBefore_);
     setFixedSize(SizeOf(picScrBefore_));
-    PlaceHandle();
+    if (isOther) PlaceHandle();
   }
   update();
+}
+
+// The first showing ends the creation: pictures and value may have come in any order.
+void CtrlScroller::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (!pressed_ && !event->spontaneous()) PlaceHandle();
 }
 
 void CtrlScroller::PlaceHandle() {

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QPainterPath>
 #include <QPolygonF>
@@ -106,14 +107,15 @@ void PretendMarlettIsMissing(bool missing) {
 
 QSize CaptionSize(const QFont& font, const QString& caption) {
   if (NeedsDrawnGlyphs(font)) {
-    return {font.pixelSize() * static_cast<int>(caption.size()), font.pixelSize()};
+    const int box = QFontInfo(font).pixelSize();
+    return {box * static_cast<int>(caption.size()), box};
   }
   return QFontMetrics(font).size(0, caption);
 }
 
 void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption) {
   if (NeedsDrawnGlyphs(font)) {
-    for (const QChar glyph : caption) DrawGlyph(painter, box, font.pixelSize(), glyph);
+    for (const QChar glyph : caption) DrawGlyph(painter, box, QFontInfo(font).pixelSize(), glyph);
     return;
   }
   painter.setFont(font);

@@ -1,5 +1,6 @@
 #include "controls/SizeGrip.h"
 
+#include <QCursor>
 #include <QEvent>
 #include <QImage>
 #include <QMdiArea>
@@ -59,6 +60,7 @@ QImage DrawPicture(int side) {
 
 SizeGrip::SizeGrip(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
+  setMouseTracking(true);  // `MouseMove` comes with no button held, too
   TakeForm();
 }
 
@@ -144,36 +146,43 @@ void SizeGrip::Tell(MouseSignal signal, Qt::MouseButtons buttons, const QMouseEv
 }
 
 void SizeGrip::mousePressEvent(QMouseEvent* event) {
-  pressed_ = event->globalPosition();
   if (!eForm_) {
     Tell(&SizeGrip::MouseDown, event->button(), *event);
   } else if (event->button() == Qt::LeftButton) {
-    DoSize(eForm_);
+    SizeFrom(eForm_, event->globalPosition());
   }
 }
 
 void SizeGrip::DoSize(QWidget* AnyHwnd) {
+  SizeFrom(AnyHwnd, QCursor::pos());
+}
+
+void SizeGrip::SizeFrom(QWidget* AnyHwnd, const QPointF& mouse) {
   if (AnyHwnd == nullptr) return;
   if (QWidget* const grabber = QWidget::mouseGrabber()) grabber->releaseMouse();
   QWidget* const window = AnyHwnd->window();
   QWindow* const handle = window->windowHandle();
   if (handle != nullptr && handle->startSystemResize(Qt::RightEdge | Qt::BottomEdge)) return;
-  drag_ = Drag{window, window->size(), pressed_};
+  dragged_ = window;
+  draggedFrom_ = window->size();
+  draggedAt_ = mouse;
+  grabMouse();
+}
+
+void SizeGrip::EndDrag() {
+  dragged_ = nullptr;
+  releaseMouse();
 }
 
 void SizeGrip::FollowMouse(const QMouseEvent& event) {
-  QWidget* const window = drag_->window;
-  if (window == nullptr || !event.buttons().testFlag(Qt::LeftButton)) {
-    drag_.reset();  // the release went elsewhere
-    return;
-  }
-  window->resize(SizeGripGeometry::Dragged(drag_->size, event.globalPosition() - drag_->from,
-                                           window->minimumSize(), window->maximumSize()));
+  if (!event.buttons().testFlag(Qt::LeftButton)) return EndDrag();  // the release went elsewhere
+  dragged_->resize(SizeGripGeometry::Dragged(draggedFrom_, event.globalPosition() - draggedAt_,
+                                             dragged_->minimumSize(), dragged_->maximumSize()));
 }
 
 // During a drag the mouse belongs to it; nobody hears of its events.
 void SizeGrip::mouseMoveEvent(QMouseEvent* event) {
-  if (drag_) {
+  if (dragged_) {
     FollowMouse(*event);
   } else {
     Tell(&SizeGrip::MouseMove, event->buttons(), *event);
@@ -181,10 +190,10 @@ void SizeGrip::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void SizeGrip::mouseReleaseEvent(QMouseEvent* event) {
-  if (!drag_) {
+  if (!dragged_) {
     Tell(&SizeGrip::MouseUp, event->button(), *event);
   } else if (event->button() == Qt::LeftButton) {
-    drag_.reset();
+    EndDrag();
   }
 }
 

@@ -7,7 +7,6 @@
 #include <QSize>
 #include <QWidget>
 #include <cstdint>
-#include <optional>
 
 /// A grip that keeps itself in the lower right corner of its parent and resizes it with the
 /// mouse, as if the window's own corner had been taken.
@@ -63,15 +62,11 @@ class SizeGrip : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  struct Drag {
-    QPointer<QWidget> window;
-    QSize size;    // of the window, and
-    QPointF from;  // the mouse's place on the screen, both at the start
-  };
-
   using MouseSignal = void (SizeGrip::*)(std::int16_t, std::int16_t, float, float);
 
   void TakeForm();
+  void SizeFrom(QWidget* AnyHwnd, const QPointF& mouse);
+  void EndDrag();
   void Place();
   bool TakeMetrics();
   void FollowMouse(const QMouseEvent& event);
@@ -83,8 +78,10 @@ class SizeGrip : public QWidget {
   std::int32_t vScrollWidth_ = 0;
   bool placing_ = false;  // moving the grip raises its own events
   QPixmap picture_;
-  QPointF pressed_;  // the mouse's place on the screen at the last press
-  std::optional<Drag> drag_;
+  // The window that follows the mouse, or null; its size and the mouse's place at the start.
+  QPointer<QWidget> dragged_;
+  QSize draggedFrom_;
+  QPointF draggedAt_;
 };
 
 namespace SizeGripGeometry {

@@ -1,6 +1,7 @@
 #include "controls/Skin.h"
 
 #include <QtGlobal>
+#include <algorithm>
 
 // In a static library the pictures are linked in only if somebody asks for them. The macro has to
 // stand outside of any namespace.
@@ -23,9 +24,7 @@ QPixmap WithoutMagenta(const QPixmap& picture) {
   QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
   for (int y = 0; y < image.height(); ++y) {
     auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      if (line[x] == qRgb(255, 0, 255)) line[x] = qRgba(0, 0, 0, 0);
-    }
+    std::replace(line, line + image.width(), qRgb(255, 0, 255), qRgba(0, 0, 0, 0));
   }
   return QPixmap::fromImage(image);
 }

@@ -208,6 +208,7 @@ bool ngBtn::IsUnderCursor() const {
 
 void ngBtn::mousePressEvent(QMouseEvent* event) {
   const int button = Input::ButtonNumber(event->button());
+  if (button == Input::kNoButton) return event->ignore();
   if (button == Input::kLeftButton && (state_ == kOverOn || state_ == kOverOff)) {
     GoTo(InPositionOf(state_, kDownOn));
   }
@@ -258,6 +259,7 @@ void ngBtn::Toggle(bool isOver) {
 }
 
 void ngBtn::mouseReleaseEvent(QMouseEvent* event) {
+  if (Input::ButtonNumber(event->button()) == Input::kNoButton) return event->ignore();
   const bool isOver = IsUnderCursor();
   if (extended_) {
     Toggle(isOver);

@@ -342,9 +342,10 @@ void skinBtn::resizeEvent(QResizeEvent* /*event*/) {
   Resize();
 }
 
-void skinBtn::showEvent(QShowEvent* /*event*/) {
-  // With the cursor elsewhere the first tick of the timer takes the look back.
-  if (autoDrawButton_) MouseMove();
+void skinBtn::showEvent(QShowEvent* event) {
+  // With the cursor elsewhere the first tick of the timer takes the look back. A window that comes
+  // back from being minimised shows nothing anew.
+  if (autoDrawButton_ && !event->spontaneous()) MouseMove();
 }
 
 // --------------------------------------------------------------------------------------- mouse
@@ -423,6 +424,7 @@ float Twips(double pixels) {
 }  // namespace
 
 void skinBtn::mousePressEvent(QMouseEvent* event) {
+  if (Input::ButtonNumber(event->button()) == Input::kNoButton) return event->ignore();
   pressedHere_ |= event->button();
   if (!enabled_) return;
   const QPointF place = event->position();
@@ -438,6 +440,7 @@ void skinBtn::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void skinBtn::mouseReleaseEvent(QMouseEvent* event) {
+  if (Input::ButtonNumber(event->button()) == Input::kNoButton) return event->ignore();
   const bool beganHere = pressedHere_.testFlag(event->button());
   pressedHere_ &= ~Qt::MouseButtons(event->button());
   if (!enabled_) return;
@@ -445,7 +448,9 @@ void skinBtn::mouseReleaseEvent(QMouseEvent* event) {
   const QPointer<skinBtn> self(this);
   MML_MouseUp({Input::ButtonNumber(event->button()), Input::ShiftState(event->modifiers()),
                Twips(place.x()), Twips(place.y())});
-  if (self && enabled_ && beganHere && QRectF(rect()).contains(place)) MML_Click();
+  const bool isInside =
+      self && place.x() >= 0 && place.x() < width() && place.y() >= 0 && place.y() < height();
+  if (isInside && enabled_ && beganHere) MML_Click();
 }
 
 // ---------------------------------------------------------------------------- keyboard and focus
@@ -459,12 +464,18 @@ void skinBtn::cmdDummy_Click() {
   if (self) emit Click();
 }
 
+// What hears of the press may move the focus or delete the control: then nothing is held.
+bool skinBtn::SpaceDown() {
+  const QPointer<skinBtn> self(this);
+  MML_MouseDown({Input::kLeftButton, 0, 0, 0});
+  if (self && HasFocus_) KeyHeld_ = true;
+  return true;
+}
+
 bool skinBtn::SurfaceKeyDown(const QKeyEvent& key) {
   switch (key.key()) {
     case Qt::Key_Space:
-      MML_MouseDown({Input::kLeftButton, 0, 0, 0});
-      KeyHeld_ = true;
-      return true;
+      return SpaceDown();
     case Qt::Key_Return:
     case Qt::Key_Enter:
       if (!raiseClickByKeyEvent_) return false;

@@ -255,6 +255,7 @@ class skinBtn : public QWidget, public AccessibleButton {
   void Timer1_Timer();
   void cmdDummy_Click();
   bool SurfaceKeyDown(const QKeyEvent& key);
+  bool SpaceDown();
   void SpaceUp();
 
   std::array<LookSettings, 3> looks_;

@@ -41,15 +41,15 @@ void tc_PBar::SetValue(std::int16_t intData) {
     throw Failure("'Value' muss im Bereich zwischen 'Min' und 'Max' liegen.", kBelowRange);
   }
   value_ = intData;
-  TellValue();
   Redraw();
+  TellValue();
 }
 
 void tc_PBar::SetMax(std::int16_t intData) {
   max_ = intData;
   value_ = 0;
-  TellValue();
   Redraw();
+  TellValue();
 }
 
 void tc_PBar::SetMin(std::int16_t intData) {
@@ -58,9 +58,9 @@ void tc_PBar::SetMin(std::int16_t intData) {
 }
 
 void tc_PBar::Redraw() {
-  const std::optional<float> percent = PBarGeometry::Percent(value_, min_, max_);
-  if (!percent) return;
-  percent_ = percent;
+  if (min_ == 0 && max_ == 0) return;
+  if (min_ == max_) Fail("a progress bar's range from ", min_, " to ", max_, " is empty");
+  percent_ = PBarGeometry::Percent(value_, min_, max_);
   update();
 }
 
@@ -70,12 +70,13 @@ QString tc_PBar::Text() const {
 
 void tc_PBar::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  Redraw();
+  update();
 }
 
 void tc_PBar::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  Redraw();
+  // Whoever has set an empty range has been told so.
+  if (min_ != max_) Redraw();
 }
 
 void tc_PBar::paintEvent(QPaintEvent* /*event*/) {

@@ -39,7 +39,8 @@ class tc_PBar : public QWidget {
   void SetMin(std::int16_t intData);
 
   /// Takes the position over into the picture; it is painted with the next frame, however often
-  /// this is called. With an empty range, which has no percentage, the picture stays as it is.
+  /// this is called. With both ends of the range at 0 the picture stays as it is; any other empty
+  /// range, which has no percentage, is a `Failure`, here and in the setters of the range.
   void Redraw();
   /// The control as a window.
   [[nodiscard]] QWidget* hWnd() { return this; }

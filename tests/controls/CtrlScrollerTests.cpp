@@ -40,8 +40,8 @@ struct Scroller : CtrlScroller {
     SetScrollAfter(Plain({110, 20}, Qt::darkGreen));
     SetBar(HandlePicture(Qt::yellow));
     SetBarOver(HandlePicture(Qt::red));
-    connect(this, &CtrlScroller::Change, [this] { log.push_back("Change"); });
-    connect(this, &CtrlScroller::Click, [this] { log.push_back("Click"); });
+    connect(this, &CtrlScroller::Change, [this] { log.emplace_back("Change"); });
+    connect(this, &CtrlScroller::Click, [this] { log.emplace_back("Click"); });
   }
   void Press(int x) { QTest::mousePress(this, Qt::LeftButton, {}, {x, 10}); }
   void Move(int x) { QTest::mouseMove(this, {x, 10}); }

@@ -159,7 +159,7 @@ void Gallery::AddBars() {
 }
 
 void Gallery::AddScrollers() {
-  AddHeading(500, 136, "CtrlScroller: horizontal, and vertical at rest and with Snap");
+  AddHeading(500, 136, "CtrlScroller: horizontal; vertical, with Snap, as held");
   const auto add = [this](const QString& direction, int x, int y, bool snap, int max) {
     const qreal ratio = devicePixelRatioF();
     auto* const scroller = new CtrlScroller(this);
@@ -177,6 +177,9 @@ void Gallery::AddScrollers() {
   scroller_ = add("h", 500, 160, false, 100);
   add("v", 690, 160, false, 100);
   add("v", 720, 160, true, 5);
+  // As it looks while it is held.
+  CtrlScroller* const held = add("v", 750, 160, false, 100);
+  held->SetBar(held->BarOver());
   auto* const bar = new tc_PBar(this);
   bar->setGeometry(500, 190, 160, 15);
   bar->SetValue(static_cast<std::int16_t>(scroller_->Value()));
@@ -208,23 +211,25 @@ void Gallery::AddPictures() {
 void Gallery::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const qreal ratio = devicePixelRatioF();
-  const QPixmap tile = Skin::Picture("title_tile", ratio);
-  const QPixmap title = Skin::WithoutMagenta(Skin::Picture("splash_title", ratio));
-  const QPixmap logo = Skin::WithoutMagenta(Skin::Picture("logo", ratio));
+  if (tilePicture_.isNull()) {
+    tilePicture_ = Skin::Picture("title_tile", ratio);
+    title_ = Skin::WithoutMagenta(Skin::Picture("splash_title", ratio));
+    logo_ = Skin::WithoutMagenta(Skin::Picture("logo", ratio));
+  }
 
   // The head of the main window: a row of tiles with the logo on it.
   for (int x = 466; x < width() - 16; x += kTileWidth) {
     painter.setClipRect(466, 552, width() - 16 - 466, kTileHeight);
-    painter.drawPixmap(x, 552, tile);
+    painter.drawPixmap(x, 552, tilePicture_);
   }
-  painter.drawPixmap(474, 556, logo);
+  painter.drawPixmap(474, 556, logo_);
 
   // The splash: two rows of tiles that drift to the right under a title that stands still.
   painter.setClipRect(kSplash);
   painter.fillRect(kSplash, Colours::ToQColor(kPanel));
   for (int x = tile_ - kTileWidth; x < kSplash.width() + kTileWidth; x += kTileWidth) {
-    painter.drawPixmap(kSplash.left() + x, kSplash.top(), tile);
-    painter.drawPixmap(kSplash.left() + x - 7, kSplash.top() + kTileHeight, tile);
+    painter.drawPixmap(kSplash.left() + x, kSplash.top(), tilePicture_);
+    painter.drawPixmap(kSplash.left() + x - 7, kSplash.top() + kTileHeight, tilePicture_);
   }
-  painter.drawPixmap(kSplash.left() + 12, kSplash.top() + 4, title);
+  painter.drawPixmap(kSplash.left() + 12, kSplash.top() + 4, title_);
 }

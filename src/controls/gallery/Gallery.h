@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QTimer>
 #include <QWidget>
 
@@ -32,6 +33,9 @@ class Gallery : public QWidget {
 
   tc_PBar* liveBar_ = nullptr;
   CtrlScroller* scroller_ = nullptr;
+  QPixmap tilePicture_;
+  QPixmap title_;
+  QPixmap logo_;
   QTimer tmrBar_;
   QTimer tmrTile_;
   int tile_ = 0;  // how far the tiles of the splash have drifted, in pixels

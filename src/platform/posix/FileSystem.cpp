@@ -415,8 +415,9 @@ void FileSystem::WriteWhole(std::string_view path,
   std::int64_t size = 0;
   for (const std::string_view part : parts) size += static_cast<std::int64_t>(part.size());
   // The write is one step, so that a step that fails leaves the old text or none, but no mixture.
-  file.Reserve(0, size);
-  if (file.Size() > size) file.SetSize(0);
+  const std::int64_t former = file.Size();
+  if (former < size) file.Reserve(former, size - former);
+  if (former > size) file.SetSize(0);
   file.WriteAt(0, parts);
   file.Close();
   unfinished.Keep();

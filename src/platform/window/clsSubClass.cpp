@@ -38,15 +38,13 @@ bool clsSubClass::eventFilter(QObject* watched, QEvent* event) {
   if ((delta < 0) != (turned_ < 0)) turned_ = 0;  // a turn back doesn't pay off the way forth
   turned_ += delta;
 
-  const QPointer<clsSubClass> self(this);
+  if (std::abs(turned_) < kWholeStep) return false;
+
+  // One message is one event, however far the wheel was turned.
   const QPointer<QWidget> window(window_);
-  bool isDropped = false;
-  while (self && window && window_ == window && std::abs(turned_) >= kWholeStep) {
-    const int step = turned_ < 0 ? -kWholeStep : kWholeStep;
-    turned_ -= step;
-    bool cancel = false;
-    emit MessageCatched(window, step, cancel);
-    isDropped = isDropped || cancel;
-  }
-  return isDropped || !window;
+  const int step = turned_ < 0 ? -kWholeStep : kWholeStep;
+  turned_ %= kWholeStep;
+  bool cancel = false;
+  emit MessageCatched(window, step, cancel);
+  return cancel || !window;
 }
