@@ -4,8 +4,6 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetrics>
-#include <QPainterPath>
-#include <QPolygonF>
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -26,22 +24,22 @@ bool IsThere(const char* family) {
 }
 
 // One stroke of a glyph, in tenths of its box's width and height.
-using Stroke = QPolygonF;
+using Stroke = std::vector<QPointF>;
 
 std::vector<Stroke> StrokesOf(QChar glyph) {
   switch (glyph.unicode()) {
     case 'r':
-      return {Stroke({{2, 2}, {8, 8}}), Stroke({{8, 2}, {2, 8}})};
+      return {Stroke{{2, 2}, {8, 8}}, Stroke{{8, 2}, {2, 8}}};
     case '0':
-      return {Stroke({{2, 8}, {7, 8}})};
+      return {Stroke{{2, 8}, {7, 8}}};
     case '1':
-      return {Stroke({{1, 1}, {9, 1}, {9, 9}, {1, 9}, {1, 1}}), Stroke({{1, 2}, {9, 2}})};
+      return {Stroke{{1, 1}, {9, 1}, {9, 9}, {1, 9}, {1, 1}}, Stroke{{1, 2}, {9, 2}}};
     case '2':
-      return {Stroke({{3, 1}, {9, 1}, {9, 6}, {3, 6}, {3, 1}}),
-              Stroke({{1, 4}, {7, 4}, {7, 9}, {1, 9}, {1, 4}})};
+      return {Stroke{{3, 1}, {9, 1}, {9, 6}, {3, 6}, {3, 1}},
+              Stroke{{1, 4}, {7, 4}, {7, 9}, {1, 9}, {1, 4}}};
     case 'a':
     case 'b':
-      return {Stroke({{2, 5}, {4, 8}, {8, 2}})};
+      return {Stroke{{2, 5}, {4, 8}, {8, 2}}};
     default:
       return {};
   }
@@ -63,7 +61,7 @@ void DrawGlyph(QPainter& painter, const QRect& box, int size, QChar glyph) {
   painter.translate(corner);
   for (Stroke stroke : StrokesOf(glyph)) {
     for (QPointF& point : stroke) point *= unit;
-    painter.drawPolyline(stroke);
+    painter.drawPolyline(stroke.data(), static_cast<int>(stroke.size()));
   }
   painter.restore();
 }

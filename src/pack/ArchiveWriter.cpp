@@ -22,7 +22,7 @@ std::size_t WholeSectors(std::size_t bytes) {
 }
 
 std::string SectorField(std::size_t bytes) {
-  return clsIMGtool::NumberToBytes(static_cast<double>(bytes / kSector));
+  return clsIMGtool::NumberToBytes(static_cast<double>(bytes) / static_cast<double>(kSector));
 }
 
 }  // namespace

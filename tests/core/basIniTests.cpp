@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "core/basIni.h"
+#include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "support/TempFolder.h"
 
@@ -98,7 +99,7 @@ TEST(basIni, WritesOneValueAndKeepsTheRest) {
   for (const auto& [written, read] : values) {
     folder.Write("a.ini", other);
     INIWrite(files, folder.Dos("a.ini"), "Settings", "Value", written);
-    EXPECT_EQ(folder.Read("a.ini"), other + "[Settings]\r\nValue=" + written + "\r\n");
+    EXPECT_EQ(folder.Read("a.ini"), Concat(other, "[Settings]\r\nValue=", written, "\r\n"));
     EXPECT_EQ(INIRead(files, folder.Dos("a.ini"), "settings", "value", "-"), read);
   }
 }

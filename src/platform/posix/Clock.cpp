@@ -2,9 +2,7 @@
 
 #include <array>
 #include <clocale>
-
-#include <locale.h>
-#include <time.h>
+#include <ctime>
 
 #include "platform/Text.h"
 

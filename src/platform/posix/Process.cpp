@@ -5,7 +5,6 @@
 #include <cstdlib>
 
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include "platform/Text.h"
