@@ -33,7 +33,7 @@ class Install : public testing::Test {
   static std::string AddLine(const std::string& text) {
     return "AddLine {<nl>data\\gta.dat<nl>last<nl>" + text + "<nl>}";
   }
-  std::string GameText() const { return folder_.Read("game/data/gta.dat"); }
+  [[nodiscard]] std::string GameText() const { return folder_.Read("game/data/gta.dat"); }
 
   TempFolder folder_;
 };

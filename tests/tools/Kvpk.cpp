@@ -13,6 +13,7 @@ KvpkRun Kvpk(const TempFolder& folder, const std::vector<std::string>& arguments
   std::vector<std::string> words{KVPK_PROGRAM};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
   std::string path = "PATH=/usr/bin:/bin";

@@ -6,7 +6,6 @@
 #include "tools/Kvpk.h"
 
 using nlohmann::ordered_json;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -71,7 +70,7 @@ TEST(Build, NamesFileAndLineOfWhatAPackCannotHold) {
       {"mods/010-a/los.txt", std::string("\n\n\0", 3), "mods/010-a/los.txt:3: it holds a NUL"},
       {"mods/010-a/los.txt", std::string(64992, 'x') + "\n\n\n", "mods/010-a/los.txt:2: too long"},
       {"mods/010-a/los.txt", "\n\nReplaceIMG {\ng.img\nX.dff\n",
-       "mods/010-a/los.txt:5: the pack has no payload \"X.dff\", but one \"x.dff\": case counts"},
+       R"(mods/010-a/los.txt:5: the pack has no payload "X.dff", but one "x.dff": case counts)"},
       {"mods/010-a/los.txt", "addimg {\ng.img\n  y.dff \n}",
        "mods/010-a/los.txt:3: the pack has no payload \"y.dff\""},
       {"ende.txt", "Copy {\ndata\nzzz.txt\n", "ende.txt:3: the pack has no payload \"zzz.txt\""},

@@ -113,7 +113,7 @@ TEST(Unpack, KeepsOddEntriesInsideTheFolder) {
        {"../x",    "..",      "a/b", R"(a\..\..\b)", "Z:\\x", "/tmp/x", "con",
         "NUL.txt", ".hidden", " x ", "x ",           "x.",    "%41",    "\"q\"",
         "a\nb\r",  "a=b",     ";c",  "[d]",          "*?",    "",       "\x81\x8D\xFF"}) {
-    entries.push_back({name, Compressed(std::string("data of ") + name)});
+    entries.emplace_back(name, Compressed(std::string("data of ") + name));
   }
   WritePack(folder, "a.kvpk",
             "[Mod1]\r\nTypeID=1\r\nPicture=picture.zz\r\n"
