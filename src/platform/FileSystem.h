@@ -28,6 +28,10 @@
 ///   opened. A broken link, or a loop of links, is not found and can't be opened or made.
 /// - A file without any write permission bit is write-protected, for root as well.
 ///
+/// On Windows drives, the root and the current directories are the system's own, `\\server\share`
+/// begins a path too, and the system looks names up; its own `\\?\` and `\\.\` forms name nothing.
+/// Hidden, system file and write-protected are attributes. All else is as above.
+///
 /// Every failure is a `Failure` that names operation, path and system error.
 class FileSystem;
 
@@ -88,6 +92,9 @@ class File {
   void Reserve(std::int64_t offset, std::int64_t length);
   /// Cuts the file or extends it with NULs.
   void SetSize(std::int64_t size);
+  /// Lets the disk begin with `length` bytes from `offset` on, and doesn't wait for it. A hint:
+  /// it can't fail, and systems without such an operation begin when they like.
+  void StartWriting(std::int64_t offset, std::int64_t length);
   /// Waits until the file's content is on the disk.
   void Sync();
   void Close();
@@ -95,10 +102,14 @@ class File {
   [[nodiscard]] const std::string& Path() const { return path_; }
 
  private:
+  static constexpr std::intptr_t kNone = -1;
+
   void CloseQuietly() noexcept;
   [[noreturn]] void FailWith(const char* operation, int error) const;
+  /// Fails unless the file holds `length` bytes at `offset`.
+  void RequireWithin(std::int64_t offset, std::int64_t length) const;
 
-  std::intptr_t handle_ = -1;
+  std::intptr_t handle_ = kNone;
   std::string path_;
   std::shared_ptr<FaultPlan> faults_;
 };
@@ -120,8 +131,8 @@ class FileSystem {
 
   /// The DOS path text of a native path (made absolute first). Fails if it can't be said.
   [[nodiscard]] std::string ToDosText(const std::filesystem::path& native) const;
-  /// The native path of DOS path text; components that exist get their names as on disk. Fails
-  /// on a drive that doesn't exist and on text that names no file.
+  /// The native path of DOS path text; components that exist get their names as on disk (on
+  /// Windows, the last one). Fails on a drive that doesn't exist and on text that names no file.
   [[nodiscard]] std::filesystem::path ToNative(std::string_view path) const;
 
   /// The directory query: the bare name, as on disk, of the first entry that matches `path`, or

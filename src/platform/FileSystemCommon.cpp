@@ -2,11 +2,17 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <iterator>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "platform/Disk.h"
+#include "platform/DosPath.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 
@@ -28,13 +34,152 @@ void FaultPlan::Step(const char* operation, std::string_view path) {
                 takesRoom ? ENOSPC : EIO);
 }
 
-std::string File::ReadAt(std::int64_t offset, std::int64_t length) const {
-  const std::int64_t size = Size();
-  if (offset < 0 || length < 0 || length > size || offset > size - length)
-    Fail("read \"", path_, "\": ", length, " bytes at ", offset, " don't lie within its ", size);
-  std::string bytes(static_cast<std::size_t>(length), '\0');
-  ReadAt(offset, bytes.data(), bytes.size());
-  return bytes;
+namespace {
+
+using Disk::Access;
+using Native::FailWith;
+using Native::FindPlace;
+using Native::Place;
+using Kind = Place::Kind;
+
+constexpr const char* kDelete = "delete";
+
+void RequireSuccess(Native::SystemError error, const char* operation, std::string_view path) {
+  if (error != 0) FailWith(operation, path, error);
+}
+
+void RequireChanges(const FileSystemOptions& options, const char* operation,
+                    std::string_view path) {
+  if (options.readOnly) FailWith(operation, path, Native::kReadOnly);
+}
+
+// Fails unless a file can be opened or replaced at `place`, whether it exists or not.
+void RequireFileOrFree(const char* operation, std::string_view path, const Place& place) {
+  switch (place.kind) {
+    case Kind::kNowhere:
+      FailWith(operation, path, place.error);
+    case Kind::kFolder:
+      FailWith(operation, path, Native::kIsFolder);
+    case Kind::kSpecial:
+      FailWith(operation, path, Native::kNotOrdinary);
+    case Kind::kFree:
+      if (place.endsInSeparator) FailWith(operation, path, Native::kIsFolder);
+      if (!DosPath::IsPlainFileName(place.asWritten))
+        FailWith(operation, path, Native::kInvalidName);
+      return;
+    case Kind::kFile:
+      return;
+  }
+}
+
+void RequireFile(const char* operation, std::string_view path, const Place& place) {
+  if (place.kind == Kind::kFree) FailWith(operation, path, Native::kFileNotFound);
+  RequireFileOrFree(operation, path, place);
+}
+
+void RequireNoProtection(const char* operation, std::string_view path, const Place& place) {
+  if (place.IsWriteProtected()) FailWith(operation, path, Native::kAccessDenied);
+}
+
+// The place of a file that may be made or replaced; fails if there is none.
+Place FindReplaceable(const FileSystemOptions& options, const char* operation,
+                      std::string_view path) {
+  RequireChanges(options, operation, path);
+  Place place = FindPlace(options, path);
+  RequireFileOrFree(operation, path, place);
+  RequireNoProtection(operation, path, place);
+  return place;
+}
+
+std::vector<std::string> FindInFolder(const Place& folder, std::string_view pattern, int mask) {
+  std::vector<std::string> names;
+  if (folder.kind != Kind::kFolder) return names;
+  Native::SystemError ignored = 0;  // what can't be looked at isn't found
+  for (Native::FolderEntry& entry : Native::MatchingEntries(folder.native, pattern, ignored))
+    if (Disk::FitsMask(entry, mask)) names.push_back(std::move(entry.name));
+  return names;
+}
+
+// Deletes one name of an ordinary file.
+void DeleteOne(FaultPlan& faults, std::string_view path, const Native::NativeText& native) {
+  faults.Step(kDelete, path);
+  RequireSuccess(Disk::RemoveFile(native), kDelete, path);
+}
+
+void DeleteMatches(const FileSystemOptions& options, Native::DosPathParts parts, FaultPlan& faults,
+                   std::string_view path) {
+  const std::string pattern = parts.TakeLast();
+  const Place folder = FindPlace(options, parts);
+  if (folder.kind == Kind::kNowhere) FailWith(kDelete, path, folder.error);
+  bool any = false;
+  Native::SystemError error = 0;
+  const auto entries = Native::MatchingEntries(folder.native, pattern, error);
+  RequireSuccess(error, kDelete, path);
+  for (const Native::FolderEntry& entry : entries) {
+    if (!Disk::FitsMask(entry, kFindFiles)) continue;
+    any = true;
+    Disk::RequireNoProtection(kDelete, path, folder, entry);
+    DeleteOne(faults, path, Native::Below(folder.native, entry.native));
+  }
+  if (!any) FailWith(kDelete, path, Native::kFileNotFound);
+}
+
+}  // namespace
+
+FileSystem::FileSystem(FileSystemOptions options)
+    : options_(std::move(options)), faults_(std::make_shared<FaultPlan>()) {}
+
+std::string FileSystem::FindFirst(std::string_view path, int mask) const {
+  std::vector<std::string> names = FindAll(path, mask);
+  return names.empty() ? std::string() : std::move(names.front());
+}
+
+std::vector<std::string> FileSystem::FindAll(std::string_view path, int mask) const {
+  Native::DosPathParts parts = Native::ParseDosPath(path);
+  if (!parts.valid) return {};
+  const bool wantsFolders = (mask & kFindFolders) != 0;
+  if (parts.endsInSeparator) {
+    const Place folder = FindPlace(options_, parts);
+    std::vector<std::string> names;
+    if (folder.kind == Kind::kFolder && wantsFolders) names.emplace_back(".");
+    std::vector<std::string> others = FindInFolder(folder, "*.*", mask);
+    std::move(others.begin(), others.end(), std::back_inserter(names));
+    return names;
+  }
+  if (parts.EndsInPattern()) {
+    const std::string pattern = parts.TakeLast();
+    return FindInFolder(FindPlace(options_, parts), pattern, mask);
+  }
+  const Place place = FindPlace(options_, parts);
+  if (!place.Exists()) return {};
+  // A drive's root and the current directory have no name of their own.
+  if (place.name.empty())
+    return wantsFolders ? std::vector<std::string>{"."} : std::vector<std::string>{};
+  if (!Disk::FitsMask(place, mask)) return {};
+  return {place.name};
+}
+
+File FileSystem::OpenForReading(std::string_view path) const {
+  const Place place = FindPlace(options_, path);
+  RequireFile("open", path, place);
+  return Disk::Open("open", path, place, Access::kRead, faults_);
+}
+
+File FileSystem::OpenBinary(std::string_view path) const {
+  const Place place = FindPlace(options_, path);
+  RequireFileOrFree("open", path, place);
+  if (place.kind == Kind::kFree) {
+    RequireChanges(options_, "create", path);
+    return Disk::Open("create", path, place, Access::kReadAndWrite, faults_);
+  }
+  const bool onlyRead = options_.readOnly || place.IsWriteProtected();
+  return Disk::Open("open", path, place, onlyRead ? Access::kRead : Access::kAsAllowed, faults_);
+}
+
+File FileSystem::Create(std::string_view path) const {
+  constexpr const char* kOperation = "create";
+  const Place place = FindReplaceable(options_, kOperation, path);
+  return Disk::Open(kOperation, path, place, Access::kReadAndWriteEmptied, faults_);
 }
 
 std::string FileSystem::ReadWhole(std::string_view path) const {
@@ -47,4 +192,123 @@ std::string FileSystem::ReadWhole(std::string_view path) const {
 
 void FileSystem::WriteWhole(std::string_view path, std::string_view text) const {
   WriteWhole(path, std::vector{text});
+}
+
+void FileSystem::WriteWhole(std::string_view path,
+                            const std::vector<std::string_view>& parts) const {
+  const Place place = FindReplaceable(options_, "write", path);
+  const bool isNew = place.kind == Kind::kFree;
+  // A new file that can't be filled isn't left behind; it can go only when it has been closed.
+  std::optional<Disk::HelperFile> unfinished;
+  File file = Disk::Open(isNew ? "create" : "open", path, place, Access::kReadAndWrite, faults_);
+  if (isNew) unfinished.emplace(place.native);
+  std::int64_t size = 0;
+  for (const std::string_view part : parts) size += static_cast<std::int64_t>(part.size());
+  // The write is one step, so that a step that fails leaves the old text or none, but no mixture.
+  const std::int64_t former = file.Size();
+  if (former < size) file.Reserve(former, size - former);
+  if (former > size) file.SetSize(0);
+  file.WriteAt(0, parts);
+  file.Close();
+  if (unfinished) unfinished->Keep();
+}
+
+void FileSystem::ReplaceWhole(std::string_view path, std::string_view text) const {
+  constexpr const char* kOperation = "replace";
+  const Place place = FindReplaceable(options_, kOperation, path);
+  Disk::Successor successor(kOperation, path, place, Native::kNewFile, faults_);
+  successor.Content().WriteAt(0, text);
+  successor.Content().Sync();
+  successor.Content().Close();
+  successor.TakePlace();
+  successor.SyncFolder();
+}
+
+void FileSystem::Copy(std::string_view from, std::string_view to) const {
+  constexpr const char* kOperation = "copy to";
+  RequireChanges(options_, kOperation, to);
+  const Place source = FindPlace(options_, from);
+  RequireFile("copy", from, source);
+  const Place target = FindReplaceable(options_, kOperation, to);
+  if (target.Exists() && Disk::IsSameFile(source, target))
+    Fail("copy \"", from, "\": it can't be copied onto itself");
+
+  File content = Disk::Open("open", from, source, Access::kRead, faults_);
+  Disk::Successor successor(kOperation, to, target, Disk::PermissionsForCopyOf(source), faults_);
+  successor.Content().CopyFrom(content, 0, content.Size(), 0);
+  successor.Content().Close();
+  successor.TakeTimeOf(from, source);
+  successor.TakePlace();
+}
+
+void FileSystem::Delete(std::string_view path) const {
+  RequireChanges(options_, kDelete, path);
+  const Native::DosPathParts parts = Native::ParseDosPath(path);
+  if (parts.EndsInPattern()) return DeleteMatches(options_, parts, *faults_, path);
+  const Place place = FindPlace(options_, parts);
+  RequireFile(kDelete, path, place);
+  RequireNoProtection(kDelete, path, place);
+  DeleteOne(*faults_, path, place.native);
+}
+
+void FileSystem::Rename(std::string_view from, std::string_view to) const {
+  constexpr const char* kOperation = "rename";
+  constexpr const char* kTo = "rename to";
+  RequireChanges(options_, kOperation, from);
+  const Place source = FindPlace(options_, from);
+  if (source.kind == Kind::kNowhere) FailWith(kOperation, from, source.error);
+  if (source.kind == Kind::kFree || source.name.empty())
+    FailWith(kOperation, from, Native::kFileNotFound);
+  if (source.kind == Kind::kSpecial) FailWith(kOperation, from, Native::kNotOrdinary);
+  const Place target = FindPlace(options_, to);
+  if (target.kind == Kind::kNowhere) FailWith(kTo, to, target.error);
+  const bool otherCase =
+      target.Exists() && Disk::IsSameEntry(source, target) && target.asWritten != source.name;
+  if (target.Exists() && !otherCase) FailWith(kTo, to, Native::kAlreadyExists);
+  if (!DosPath::IsPlainFileName(target.asWritten)) FailWith(kTo, to, Native::kInvalidName);
+
+  faults_->Step(kOperation, from);
+  RequireSuccess(Disk::RenameEntry(source, target, to), kOperation, from);
+}
+
+void FileSystem::PutInPlace(std::string_view replacement, std::string_view path) const {
+  constexpr const char* kOperation = "replace";
+  RequireChanges(options_, kOperation, path);
+  const Place source = FindPlace(options_, replacement);
+  RequireFile(kOperation, replacement, source);
+  const Place target = FindPlace(options_, path);
+  RequireFile(kOperation, path, target);
+  RequireNoProtection(kOperation, path, target);
+  if (Disk::IsSameFile(source, target)) Fail("replace \"", path, "\": it can't take its own place");
+
+  faults_->Step("rename", path);
+  const Native::SystemError error = Disk::MoveOnto(kOperation, path, source, target);
+  if (error == Native::kOtherDisk) {
+    // The path is a link to another disk: the content goes there, whole or not at all.
+    Copy(replacement, path);
+    return Delete(replacement);
+  }
+  RequireSuccess(error, kOperation, path);
+}
+
+void FileSystem::CreateFolder(std::string_view path) const {
+  constexpr const char* kOperation = "create folder";
+  RequireChanges(options_, kOperation, path);
+  const Place place = FindPlace(options_, path);
+  if (place.kind == Kind::kNowhere) FailWith(kOperation, path, place.error);
+  if (place.Exists()) FailWith(kOperation, path, Native::kAlreadyExists);
+  if (!DosPath::IsPlainFileName(place.asWritten)) FailWith(kOperation, path, Native::kInvalidName);
+  faults_->Step(kOperation, path);
+  RequireSuccess(Disk::MakeFolder(place.native), kOperation, path);
+}
+
+void FileSystem::RemoveFolder(std::string_view path) const {
+  constexpr const char* kOperation = "remove folder";
+  RequireChanges(options_, kOperation, path);
+  const Place place = FindPlace(options_, path);
+  if (place.kind == Kind::kNowhere) FailWith(kOperation, path, place.error);
+  if (place.kind == Kind::kFree) FailWith(kOperation, path, Native::kFolderNotFound);
+  if (place.kind != Kind::kFolder) FailWith(kOperation, path, Native::kIsNoFolder);
+  faults_->Step(kOperation, path);
+  RequireSuccess(Disk::RemoveEmptyFolder(place.native), kOperation, path);
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 /// What a command-line program has to settle with the system about its own process.
 namespace Process {
@@ -10,6 +11,9 @@ namespace Process {
 /// run. A stream that the caller has closed would otherwise be lent to the next file opened, and
 /// what is printed would be written into that file. Call it first of all.
 void PrepareStreams();
+
+/// The words of the command line, UTF-8, the program's own name first.
+std::vector<std::string> Arguments(int argc, char** argv);
 
 /// From now on the first wish to stop (Ctrl-C, a termination signal) is only noted, so that a run
 /// can end in order; the second one ends the process.

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "platform/Failure.h"
@@ -50,6 +52,27 @@ constexpr std::array<char, 256> kLowerCase = [] {
   for (unsigned byte = 0; byte < table.size(); ++byte) table[byte] = LowerCaseOf(byte);
   return table;
 }();
+
+// The bits in which the two cases of a letter may differ.
+constexpr unsigned kCaseBits = 0x70;
+static_assert([] {
+  for (unsigned byte = 0; byte < kLowerCase.size(); ++byte) {
+    if (((static_cast<unsigned char>(kLowerCase[byte]) ^ byte) & ~kCaseBits) != 0) return false;
+  }
+  return true;
+}());
+
+// Whether the first eight bytes tell the texts, of one length, apart: quick, and true for most.
+bool DifferInMoreThanCase(std::string_view left, std::string_view right) {
+  constexpr std::uint64_t kOtherBits = 0x0101010101010101U * (~kCaseBits & 0xFFU);
+  std::uint64_t leftWord = 0;
+  std::uint64_t rightWord = 0;
+  const std::size_t length = std::min(left.size(), sizeof leftWord);
+  if (length == 0) return false;
+  std::memcpy(&leftWord, left.data(), length);
+  std::memcpy(&rightWord, right.data(), length);
+  return ((leftWord ^ rightWord) & kOtherBits) != 0;
+}
 
 // The number of bytes of the UTF-8 character with this first byte; 0 where it begins none, and
 // for those of four bytes, none of which Windows-1252 has.
@@ -150,6 +173,7 @@ std::string LowerCase(std::string_view text) {
 }
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  if (left.size() != right.size() || DifferInMoreThanCase(left, right)) return false;
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                     [](char a, char b) { return LowerCase(a) == LowerCase(b); });
 }

@@ -52,9 +52,6 @@ class RecordingHost : public InstallHost {
     if (OnFinalMessage) OnFinalMessage();
   }
   void HideProgressPage() override { Calls.emplace_back("hide page"); }
-  void ShowFailure(const std::string& text, const std::string& title) override {
-    Calls.push_back(title + ": " + text);
-  }
 };
 
 /// An opener that opens nothing and keeps what it was asked to: file and working directory.

@@ -15,7 +15,8 @@
 #include "platform/FileSystem.h"
 
 /// A private folder for one test, removed with all that is in it at the end. Paths below it are
-/// written with slashes where they are native, with backslashes where they are DOS text.
+/// written with slashes and in UTF-8 where they are native, with backslashes where they are DOS
+/// text.
 class TempFolder {
  public:
   TempFolder() : native_(MakeFolderOfOwn()), dos_(FileSystem().ToDosText(native_)) {}
@@ -30,7 +31,9 @@ class TempFolder {
 
   [[nodiscard]] const std::filesystem::path& Native() const { return native_; }
   /// The native path of something below the folder.
-  [[nodiscard]] std::filesystem::path At(std::string_view below) const { return native_ / below; }
+  [[nodiscard]] std::filesystem::path At(std::string_view below) const {
+    return native_ / std::u8string(below.begin(), below.end());
+  }
   /// DOS path text of the folder, or of something below it.
   [[nodiscard]] const std::string& Dos() const { return dos_; }
   [[nodiscard]] std::string Dos(std::string_view below) const { return DosPath::Join(dos_, below); }
@@ -54,8 +57,10 @@ class TempFolder {
   /// The names in a folder, in order of their bytes.
   [[nodiscard]] std::vector<std::string> List(std::string_view below = "") const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(At(below)))
-      names.push_back(entry.path().filename().string());
+    for (const auto& entry : std::filesystem::directory_iterator(At(below))) {
+      const std::u8string name = entry.path().filename().u8string();
+      names.emplace_back(name.begin(), name.end());
+    }
     std::sort(names.begin(), names.end());
     return names;
   }

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,7 +13,6 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-#include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "platform/posix/System.h"
 
@@ -86,29 +84,8 @@ void CopyByHand(const File& source, std::int64_t sourceOffset, std::int64_t leng
 
 }  // namespace
 
-File::File(std::intptr_t handle, std::string path, std::shared_ptr<FaultPlan> faults)
-    : handle_(handle), path_(std::move(path)), faults_(std::move(faults)) {}
-
-File::File(File&& other) noexcept
-    : handle_(std::exchange(other.handle_, -1)),
-      path_(std::move(other.path_)),
-      faults_(std::move(other.faults_)) {}
-
-File& File::operator=(File&& other) noexcept {
-  if (this == &other) return *this;
-  CloseQuietly();
-  handle_ = std::exchange(other.handle_, -1);
-  path_ = std::move(other.path_);
-  faults_ = std::move(other.faults_);
-  return *this;
-}
-
-File::~File() {
-  CloseQuietly();
-}
-
 void File::CloseQuietly() noexcept {
-  if (handle_ >= 0) close(NumberOf(std::exchange(handle_, -1)));
+  if (handle_ != kNone) close(NumberOf(std::exchange(handle_, kNone)));
 }
 
 void File::FailWith(const char* operation, int error) const {
@@ -119,13 +96,6 @@ std::int64_t File::Size() const {
   struct stat status = {};
   if (fstat(NumberOf(handle_), &status) != 0) FailWith("measure", errno);
   return status.st_size;
-}
-
-void File::ReadAt(std::int64_t offset, char* buffer, std::size_t length) const {
-  const std::size_t count = ReadSomeAt(offset, buffer, length);
-  if (count < length)
-    Fail("read \"", path_, "\": ", length, " bytes at ", offset, " were asked for, but only ",
-         count, " are there");
 }
 
 std::size_t File::ReadSomeAt(std::int64_t offset, char* buffer, std::size_t length) const {
@@ -164,10 +134,7 @@ void File::WriteAt(std::int64_t offset, const std::vector<std::string_view>& par
 void File::CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t length,
                     std::int64_t offset) {
   constexpr std::int64_t kLargestStep = std::int64_t{1} << 30;
-  const std::int64_t size = source.Size();
-  if (sourceOffset < 0 || length < 0 || length > size || sourceOffset > size - length)
-    Fail("read \"", source.path_, "\": ", length, " bytes at ", sourceOffset,
-         " don't lie within its ", size);
+  source.RequireWithin(sourceOffset, length);
   const int number = NumberOf(handle_);
   while (length > 0) {
     faults_->Step("copy to", path_);
@@ -200,14 +167,20 @@ void File::SetSize(std::int64_t size) {
     FailWith("resize", ReasonOfChange(number, errno));
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): what it begins changes the disk.
+void File::StartWriting(std::int64_t offset, std::int64_t length) {
+  sync_file_range(NumberOf(handle_), offset, length, SYNC_FILE_RANGE_WRITE);
+}
+
 void File::Sync() {
   faults_->Step("sync", path_);
   if (Uninterrupted([&] { return fsync(NumberOf(handle_)); }) != 0) FailWith("sync", errno);
 }
 
 void File::Close() {
-  if (handle_ < 0) return;
+  if (handle_ == kNone) return;
   faults_->Step("close", path_);
   // An interrupted close has closed all the same.
-  if (close(NumberOf(std::exchange(handle_, -1))) != 0 && errno != EINTR) FailWith("close", errno);
+  if (close(NumberOf(std::exchange(handle_, kNone))) != 0 && errno != EINTR)
+    FailWith("close", errno);
 }

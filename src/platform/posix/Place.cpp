@@ -16,12 +16,9 @@ namespace Posix {
 
 namespace {
 
+using Lookup::ComesBefore;
+using Lookup::WithoutTrailingDots;
 using Kind = Place::Kind;
-
-bool IsAsciiLetter(char letter) {
-  const char lower = Text::LowerCase(letter);
-  return lower >= 'a' && lower <= 'z';
-}
 
 // A name on disk as engine text; nothing if DOS path text can't say it.
 std::optional<std::string> NameOnDisk(std::string_view native) {
@@ -32,12 +29,6 @@ std::optional<std::string> NameOnDisk(std::string_view native) {
 Kind KindOf(const struct stat& status) {
   if (S_ISREG(status.st_mode)) return Kind::kFile;
   return S_ISDIR(status.st_mode) ? Kind::kFolder : Kind::kSpecial;
-}
-
-bool ComesBefore(const std::string& left, const std::string& right) {
-  const std::string leftLower = Text::LowerCase(left);
-  const std::string rightLower = Text::LowerCase(right);
-  return leftLower != rightLower ? leftLower < rightLower : left < right;
 }
 
 // An open folder, entry by entry.
@@ -103,11 +94,11 @@ std::optional<std::string> FindEntry(const std::string& folder, const std::strin
 }
 
 // Where a path begins; nothing, and the reason in errno, if there is no such place.
-std::optional<std::string> StartOf(const WinePrefix& prefix, const DosPathParts& parts) {
+std::optional<std::string> StartOf(const FileSystemOptions& options, const DosPathParts& parts) {
   if (!parts.fromCurrentFolder) {
     if (parts.drive == 'z') return "/";
     errno = ENODEV;
-    return prefix ? DriveOfPrefix(*prefix, parts.drive) : std::nullopt;
+    return options.winePrefix ? DriveOfPrefix(*options.winePrefix, parts.drive) : std::nullopt;
   }
   const std::unique_ptr<char, void (*)(void*)> current(getcwd(nullptr, 0), std::free);
   if (!current) return std::nullopt;
@@ -179,42 +170,30 @@ DosPathParts ParseDosPath(std::string_view path) {
   if (path.empty() || path.find('\0') != std::string_view::npos) return parts;
   const std::size_t colon = path.find(':');
   if (colon != std::string_view::npos) {
-    if (colon != 1 || !IsAsciiLetter(path[0])) return parts;
+    if (colon != 1 || !Lookup::IsDriveLetter(path[0])) return parts;
     parts.drive = Text::LowerCase(path[0]);
     path.remove_prefix(2);
     if (path.find(':') != std::string_view::npos) return parts;
   }
-  constexpr std::string_view kSeparators = "\\/";
-  const auto isSeparator = [&](char letter) {
-    return kSeparators.find(letter) != std::string_view::npos;
-  };
   parts.valid = true;
-  parts.fromCurrentFolder = parts.drive == 'z' && (path.empty() || !isSeparator(path.front()));
-  parts.endsInSeparator = !path.empty() && isSeparator(path.back());
-  while (!path.empty()) {
-    const std::string_view name = path.substr(0, path.find_first_of(kSeparators));
-    path.remove_prefix(std::min(path.size(), name.size() + 1));
-    if (name == ".." && parts.names.empty())
-      ++parts.up;
-    else if (name == "..")
-      parts.names.pop_back();
-    else if (!name.empty() && name != ".")
-      parts.names.emplace_back(name);
-  }
+  parts.fromCurrentFolder =
+      parts.drive == 'z' && (path.empty() || !Lookup::IsSeparator(path.front()));
+  parts.endsInSeparator = !path.empty() && Lookup::IsSeparator(path.back());
+  parts.AddNames(path);
   return parts;
 }
 
-Place FindPlace(const WinePrefix& prefix, std::string_view path) {
-  return FindPlace(prefix, ParseDosPath(path));
+Place FindPlace(const FileSystemOptions& options, std::string_view path) {
+  return FindPlace(options, ParseDosPath(path));
 }
 
-Place FindPlace(const WinePrefix& prefix, const DosPathParts& parts) {
+Place FindPlace(const FileSystemOptions& options, const DosPathParts& parts) {
   const bool sayable = parts.valid && std::none_of(parts.names.begin(), parts.names.end(),
                                                    [](const std::string& name) {
                                                      return DosPath::HasWildcards(name);
                                                    });
   if (!sayable) return Nowhere({}, EINVAL);
-  const std::optional<std::string> start = StartOf(prefix, parts);
+  const std::optional<std::string> start = StartOf(options, parts);
   if (!start) return Nowhere({}, errno);
 
   std::size_t found = 0;
@@ -237,7 +216,7 @@ Place FindPlace(const WinePrefix& prefix, const DosPathParts& parts) {
 }
 
 std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_view pattern,
-                                         int& error) {
+                                         SystemError& error) {
   std::vector<FolderEntry> entries;
   FolderWalk walk(folder);
   while (const dirent* const entry = walk.Next()) {
@@ -280,10 +259,6 @@ std::optional<std::string> DosTextOf(const std::filesystem::path& native) {
 
 bool IsWriteProtected(const struct stat& status) {
   return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
-}
-
-std::string_view WithoutTrailingDots(std::string_view name) {
-  return name.substr(0, name.find_last_not_of(". ") + 1);
 }
 
 std::string Below(const std::string& folder, const std::string& name) {

@@ -30,6 +30,10 @@ void PrepareStreams() {
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
 
+std::vector<std::string> Arguments(int argc, char** argv) {
+  return {argv, argv + argc};
+}
+
 void CatchStop() {
   struct sigaction action = {};
   action.sa_handler = NoteStop;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,19 @@ namespace Posix {
 
 /// Throws the `Failure` of an operation on a path: its name, the path, the system's words.
 [[noreturn]] void FailWith(std::string_view operation, std::string_view path, int error);
+
+/// The system's numbers for what the file layer itself refuses.
+using SystemError = int;
+inline constexpr SystemError kFileNotFound = ENOENT;
+inline constexpr SystemError kFolderNotFound = ENOENT;
+inline constexpr SystemError kAlreadyExists = EEXIST;
+inline constexpr SystemError kIsFolder = EISDIR;
+inline constexpr SystemError kIsNoFolder = ENOTDIR;
+inline constexpr SystemError kNotOrdinary = EINVAL;
+inline constexpr SystemError kInvalidName = EINVAL;
+inline constexpr SystemError kAccessDenied = EACCES;
+inline constexpr SystemError kReadOnly = EROFS;
+inline constexpr SystemError kOtherDisk = EXDEV;
 
 /// A file descriptor that closes itself. Below 0 there is none, and errno tells why.
 class Descriptor {
@@ -37,3 +51,6 @@ Descriptor OpenOrdinary(const std::string& native, int flags, mode_t mode = 0);
 std::string Environment(const char* name);
 
 }  // namespace Posix
+
+/// The name by which the files that all systems share know this one.
+namespace Native = Posix;

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QObject>
+#include <QScreen>
 #include <QSize>
 #include <QWidget>
 
@@ -11,7 +12,8 @@ namespace {
 // set only when the window is large enough, or changes its size anyway.
 class MinTrack : public QObject {
  public:
-  MinTrack(QWidget* form, const QSize& limit) : QObject(form), form_(form), limit_(limit) {
+  MinTrack(QWidget* form, const QSize& limit)
+      : QObject(form), form_(form), limit_(limit), size_(form->size()) {
     form->installEventFilter(this);
     const QSize inner = Inner();
     const bool isLargeEnough = form->size().expandedTo(inner) == form->size();
@@ -21,22 +23,28 @@ class MinTrack : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (watched != form_ || event->type() != QEvent::Resize) return false;
     const QSize changed = form_->size();
+    // The first showing reports a size too, which is no change.
+    if (changed == size_) return false;
     form_->setMinimumSize(Inner());
+    size_ = form_->size();
     // A window that had to grow has had an event of its own for the size that holds.
     return form_->size() != changed;
   }
 
  private:
-  // The limit without the frame, which may change with the window's state.
+  // The limit without the frame, which may change with the window's state. A window that has to
+  // be larger than its screen couldn't be reached any more.
   [[nodiscard]] QSize Inner() const {
-    return (limit_ - (form_->frameGeometry().size() - form_->size())).expandedTo(QSize(0, 0));
+    const QSize inner = limit_ - (form_->frameGeometry().size() - form_->size());
+    return inner.boundedTo(form_->screen()->size()).expandedTo(QSize(0, 0));
   }
 
   QWidget* form_;  // the parent
   QSize limit_;
+  QSize size_;  // as last seen
 };
 
-// There are two windows at most that have a limit, so they are asked rather than kept in a list.
+// A form has one at most, so its children are asked rather than a list kept.
 MinTrack* FindHook(const QWidget* form) {
   for (QObject* const child : form->children()) {
     if (auto* const hook = dynamic_cast<MinTrack*>(child)) return hook;

@@ -24,7 +24,6 @@ class clsSubClass : public QObject {
   bool StopSubClass();
   [[nodiscard]] bool Hooked() const { return !window_.isNull(); }
   /// The hooked widget, or null.
-  [[nodiscard]] QWidget* HookedWindow() const { return window_; }
 
  signals:
   /// One whole step of the wheel over `window`: `delta` is 120 upward (away from the user), -120

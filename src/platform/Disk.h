@@ -1,0 +1,123 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "Place.h"
+#include "platform/FileSystem.h"
+
+/// What `FileSystem` asks of the system. Its rules stand in FileSystemCommon.cpp; how each system
+/// goes about them stands in the Disk.cpp of its folder.
+///
+/// The `Place.h` of either folder has what this needs to know of the system: `Native` is its
+/// namespace, with `Place`, `SystemError` (0 is success), and the numbers for what is refused.
+namespace Disk {
+
+using Native::FolderEntry;
+using Native::NativeText;
+using Native::Permissions;
+using Native::Place;
+using Native::SystemError;
+
+enum class Access {
+  kRead,
+  kReadAndWrite,
+  kReadAndWriteEmptied,
+  kAsAllowed,  ///< for reading and writing, or, where only that is allowed, for reading alone
+};
+
+/// Opens the file at `place`, or creates it if nothing is there.
+File Open(const char* operation, std::string_view path, const Place& place, Access access,
+          const std::shared_ptr<FaultPlan>& faults);
+
+/// Whether a query's mask has what stands at a place, or in a folder.
+bool FitsMask(const Place& place, int mask);
+bool FitsMask(const FolderEntry& entry, int mask);
+
+/// Whether two places are one file, behind all links.
+bool IsSameFile(const Place& left, const Place& right);
+/// Whether two places are one entry of a folder, perhaps written with other case. A second link of
+/// a file is no such thing.
+bool IsSameEntry(const Place& left, const Place& right);
+
+/// Fails if an ordinary file in `folder` is write-protected.
+void RequireNoProtection(const char* operation, std::string_view path, const Place& folder,
+                         const FolderEntry& entry);
+
+/// The permissions that a copy of the file at `place` gets.
+Permissions PermissionsForCopyOf(const Place& place);
+/// The path of the file itself, behind all links.
+NativeText RealPathOf(const char* operation, std::string_view path, const Place& place);
+
+SystemError MakeFolder(const NativeText& native);
+SystemError RemoveEmptyFolder(const NativeText& native);
+/// Removes one name of an ordinary file.
+SystemError RemoveFile(const NativeText& native);
+/// The same for a file that we have made, as far as it can be done.
+void RemoveQuietly(const NativeText& native) noexcept;
+/// Gives the entry at `source` the name as which `target`, of the path `to`, is written: either
+/// nothing has that name, or the entry itself.
+SystemError RenameEntry(const Place& source, const Place& target, std::string_view to);
+/// Moves a file over another one, whose permissions it takes over.
+SystemError MoveOnto(const char* operation, std::string_view path, const Place& source,
+                     const Place& target);
+
+/// A new file that is deleted again unless it is kept.
+class HelperFile {
+ public:
+  explicit HelperFile(NativeText native) : native_(std::move(native)) {}
+  HelperFile(HelperFile&&) = delete;
+  HelperFile(const HelperFile&) = delete;
+  HelperFile& operator=(HelperFile&&) = delete;
+  HelperFile& operator=(const HelperFile&) = delete;
+  ~HelperFile() {
+    if (!native_.empty()) RemoveQuietly(native_);
+  }
+  void Keep() { native_.clear(); }
+
+ private:
+  NativeText native_;
+};
+
+/// A file that is written beside its place and then takes it, whole or not at all.
+class Successor {
+ public:
+  /// `place` is where the file goes; `permissions` count if nothing is there.
+  Successor(const char* operation, std::string_view path, const Place& place,
+            Permissions permissions, std::shared_ptr<FaultPlan> faults)
+      : operation_(operation),
+        path_(path),
+        place_(place),
+        permissions_(permissions),
+        target_(RealPathOf(operation, path, place)),
+        faults_(std::move(faults)),
+        content_(Make()),
+        unfinished_(native_) {}
+
+  [[nodiscard]] File& Content() { return content_; }
+  /// Gives it the modification time of `source`, of the path `from`. The content must have been
+  /// closed.
+  void TakeTimeOf(std::string_view from, const Place& source);
+  /// The content must have been closed.
+  void TakePlace();
+  /// Waits until the disk has its folder's entries, too.
+  void SyncFolder() const;
+
+ private:
+  // Makes the file, under a name that no one else uses, hidden so that no script sees it.
+  File Make();
+
+  const char* operation_;
+  std::string path_;
+  const Place& place_;
+  Permissions permissions_;
+  NativeText target_;
+  std::shared_ptr<FaultPlan> faults_;
+  NativeText native_;
+  File content_;
+  HelperFile unfinished_;
+};
+
+}  // namespace Disk
