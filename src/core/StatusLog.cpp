@@ -30,8 +30,8 @@ void StatusLog::StatusChanged(std::string_view text) {
 }
 
 void StatusLog::CharacterTyped(char character) {
-  typedWord_ += character;
-  if (!kSwitchWord.starts_with(Text::LowerCase(typedWord_))) typedWord_.clear();
+  TypedWord_ += character;
+  if (!kSwitchWord.starts_with(Text::LowerCase(TypedWord_))) TypedWord_.clear();
   // The word stays after a success, so that the next character, whatever it is, clears it.
-  if (typedWord_ == kSwitchWord) LogEnabled = true;
+  if (TypedWord_ == kSwitchWord) LogEnabled = true;
 }

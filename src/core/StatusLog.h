@@ -26,5 +26,5 @@ class StatusLog {
  private:
   const FileSystem& files_;
   std::string path_;
-  std::string typedWord_;
+  std::string TypedWord_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,9 @@ class FileSystem;
 /// The program's own places: where it finds its pack, keeps its temp files and tests its game.
 /// All paths are DOS path text.
 namespace basMain {
+
+/// The folder that holds a file, without a trailing backslash, except that a drive's root has one.
+std::string FolderOf(std::string_view path);
 
 /// The temp directory that belongs to a program folder: `inst_temp` in it, no trailing backslash.
 std::string TempDirOf(std::string_view programFolder);
@@ -19,5 +23,19 @@ std::string FindPack(const FileSystem& files, std::string_view commandLine,
 
 /// Whether the game's program file lies in the folder.
 bool IsGameDirectory(const FileSystem& files, std::string_view folder);
+
+/// A file that the program carries within itself.
+struct ResFile {
+  std::string_view name;  // in lower case, as it is written
+  std::string_view bytes;
+};
+
+/// Writes a resource file into a folder, unchanged. Has a trap.
+void ExportResFile(const FileSystem& files, const ResFile& resource, std::string_view TargetDir);
+
+/// Writes each resource file that is missing in the program folder; one that is there is never
+/// written again, and nothing removes it. Has a trap.
+void ExportComponents(const FileSystem& files, std::string_view programFolder,
+                      std::span<const ResFile> resources);
 
 }  // namespace basMain

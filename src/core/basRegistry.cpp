@@ -1,5 +1,8 @@
 #include "core/basRegistry.h"
 
+#include "core/basDebugLog.h"
+#include "platform/DosPath.h"
+#include "platform/FileAssociation.h"
 #include "platform/Text.h"
 
 namespace basRegistry {
@@ -15,6 +18,18 @@ std::string FindGameDirectory(const Registry::Source& source) {
                    R"(SOFTWARE\Rockstar Games\GTA San Andreas\Installation)", "ExePath");
   path = Text::LowerCase(Text::Replace(path, "\"", ""));
   return Text::Replace(path, "\\gta_sa.exe", "");
+}
+
+void InstallKVPKExtension(const FileSystem& files, std::string_view program,
+                          std::string_view icon) {
+  Trapped("basRegistry.InstallKVPKExtension", [&] {
+    FileAssociation::Register(files, {.extension = ".kvpk",
+                                      .typeName = "kvpkfile",
+                                      .text = "moddock mod-pack",
+                                      .program = DosPath::Collapse(program),
+                                      .name = "KELVO",
+                                      .icon = std::string(icon)});
+  });
 }
 
 }  // namespace basRegistry

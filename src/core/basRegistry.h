@@ -1,8 +1,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/Registry.h"
+
+class FileSystem;
 
 /// What the program takes from the registry.
 namespace basRegistry {
@@ -14,5 +17,11 @@ std::string RegReadValue(const Registry::Source& source, Registry::Root root,
 /// The game directory as the registry has it: `ExePath` of the game without quotes, in lower
 /// case, without "\gta_sa.exe". Empty if the registry doesn't know the game.
 std::string FindGameDirectory(const Registry::Source& source);
+
+/// Makes this program the one that a double click on a pack opens. `program` is the DOS path text
+/// of the program file, `icon` a PNG of 128 x 128 pixels or empty (see `FileAssociation`). A user
+/// for whom that can't be done has no association; nothing is reported.
+void InstallKVPKExtension(const FileSystem& files, std::string_view program,
+                          std::string_view icon = {});
 
 }  // namespace basRegistry

@@ -31,6 +31,4 @@ class InstallHost {
   virtual void ShowFinalMessage(const std::string& text) = 0;
   /// After the final message: the progress page slides away.
   virtual void HideProgressPage() {}
-  /// A failure inside the cipher: shows `text` with OK under `title`.
-  virtual void ShowFailure(const std::string& text, const std::string& title) = 0;
 };

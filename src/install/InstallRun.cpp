@@ -6,7 +6,9 @@
 std::vector<StoppedScript> RunInstall(InstallSession& session) {
   std::vector<StoppedScript> stopped;
   if (session.InstallRunning) return stopped;
-  const auto runScript = [&](std::size_t mod, const std::string& script) {
+  const auto runScript = [&](std::size_t mod, const std::string& text) {
+    // An event during the script may open another pack, and with it replace the text.
+    const std::string script = text;  // NOLINT(performance-unnecessary-copy-initialization)
     if (auto stop = basScript::RunInstallScript(session, script)) {
       stopped.push_back({mod, std::move(*stop)});
     }

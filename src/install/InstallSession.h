@@ -39,7 +39,6 @@ class InstallSession {
 
   /// Sets the status line and has it repainted.
   void SetStatus(const std::string& text);
-  [[nodiscard]] const std::string& Status() const { return status_; }
 
   /// `ResolvePath` against this session's game directory.
   [[nodiscard]] std::string ResolvePath(std::string_view path) const;

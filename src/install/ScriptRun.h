@@ -14,6 +14,9 @@ class ScriptRun {
  public:
   ScriptRun(InstallSession& session, std::string_view script);
 
+  /// Whether a line opens a block.
+  static bool IsHead(std::string_view line) { return CommandOf(line) != nullptr; }
+
   /// Walks the lines from top to bottom. Every failure is passed on.
   void Run();
   /// 1-based number of the line in hand; 0 before the first.
@@ -32,6 +35,7 @@ class ScriptRun {
     Handler onFurtherLine;  // at `ArgIndex` 2 and more
   };
   static const std::vector<Command>& Commands();
+  static const Command* CommandOf(std::string_view head);
 
   void RunLine(std::string_view line);
   bool SeekLabel(std::string_view line);

@@ -12,6 +12,19 @@
 
 namespace basScript {
 
+bool IsHead(std::string_view line) {
+  return ScriptRun::IsHead(line);
+}
+
+std::optional<std::string_view> ArgumentOf(std::string_view line) {
+  std::string_view argument = Text::Trim(line);
+  if (argument.empty() || argument.starts_with('#') || argument.starts_with(';')) {
+    return std::nullopt;
+  }
+  argument.remove_prefix(std::min(argument.find_first_not_of('\t'), argument.size()));
+  return argument;
+}
+
 std::optional<ScriptStop> RunInstallScript(InstallSession& session, std::string_view script) {
   ScriptRun run(session, script);
   const auto cause = Trapped("basScript.RunInstallScript", [&] { run.Run(); });
@@ -36,10 +49,6 @@ std::vector<std::string_view> SplitLines(std::string_view script) {
     if (end == std::string_view::npos) return lines;
     script.remove_prefix(end + kLineEnd.size());
   }
-}
-
-bool IsComment(std::string_view trimmed) {
-  return trimmed.starts_with('#') || trimmed.starts_with(';');
 }
 
 }  // namespace
@@ -100,14 +109,18 @@ bool ScriptRun::SeekLabel(std::string_view line) {
   return true;
 }
 
-/// A head opens a block with nothing before or behind it on its line, and drops a block that is
-/// still open: blocks don't nest.
-bool ScriptRun::OpenBlock(std::string_view line) {
+const ScriptRun::Command* ScriptRun::CommandOf(std::string_view head) {
   const auto found = std::find_if(
       Commands().begin(), Commands().end(),
-      [&](const Command& command) { return Text::EqualsIgnoringCase(line, command.head); });
-  if (found == Commands().end()) return false;
-  command_ = &*found;
+      [&](const Command& command) { return Text::EqualsIgnoringCase(head, command.head); });
+  return found == Commands().end() ? nullptr : &*found;
+}
+
+/// A head drops a block that is still open: blocks don't nest.
+bool ScriptRun::OpenBlock(std::string_view line) {
+  const Command* const found = CommandOf(line);
+  if (found == nullptr) return false;
+  command_ = found;
   ArgIndex = found->firstArgIndex;
   return true;
 }
@@ -119,12 +132,9 @@ void ScriptRun::RunLine(std::string_view line) {
     ArgIndex = 0;
     return;
   }
-  std::string_view argument = Text::Trim(line);
-  if (argument.empty() || IsComment(argument)) return;
-  // A tab shields the rest of a line from the tests above: that's how a script gets at a text
-  // that begins with a comment sign or a blank.
-  argument.remove_prefix(std::min(argument.find_first_not_of('\t'), argument.size()));
-  Dispatch(argument);
+  const std::optional<std::string_view> argument = basScript::ArgumentOf(line);
+  if (!argument) return;
+  Dispatch(*argument);
   ++ArgIndex;
 }
 

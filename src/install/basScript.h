@@ -22,6 +22,14 @@ struct ScriptStop {
   std::string cause;
 };
 
+/// Whether a line opens a block: a head, in any case, with nothing before or behind it.
+bool IsHead(std::string_view line);
+
+/// What a line that is neither head nor end gives the open block's command; nothing for a comment
+/// or a blank line. A tab shields the rest of a line from being looked at: that's how a script gets
+/// at a text that begins with a comment sign or a blank.
+std::optional<std::string_view> ArgumentOf(std::string_view line);
+
 /// Runs one script, lines separated by CR LF. A failure ends it at once, silently; what was done
 /// stays done. Returns nothing if it ran to its end.
 std::optional<ScriptStop> RunInstallScript(InstallSession& session, std::string_view script);

@@ -157,8 +157,9 @@ class Opener {
       catalogue_.HTMLHeight = 0;
       return;
     }
+    view_.SetHtmlHeight(catalogue_.HTMLHeight);
     files_.WriteWhole(page_, catalogue_.HTML + "\r\n");
-    view_.ShowHtmlPage(page_, catalogue_.HTMLHeight);
+    view_.ShowHtmlPage(page_);
   }
 
   const FileSystem& files_;

@@ -35,8 +35,9 @@ class PackOpeningView {
   virtual void ClickFirstType() {}
   virtual void DrawTypeList() {}
   virtual void SetHtmlVisible(bool /*visible*/) {}
-  /// Shows the page that lies in the file `path` (DOS path text), `height` pixels high.
-  virtual void ShowHtmlPage(const std::string& /*path*/, int /*height*/) {}
+  virtual void SetHtmlHeight(int /*pixels*/) {}
+  /// Shows the page that lies in the file `path` (DOS path text).
+  virtual void ShowHtmlPage(const std::string& /*path*/) {}
   /// Smallest size of the window in pixels from now on.
   virtual void SetMinimumSize(int /*width*/, int /*height*/) {}
 };

@@ -80,30 +80,30 @@ bool clsEncryption::Guarded(const char* procedure, Body&& body) {
 
 void clsEncryption::BuildKey() {
   const std::string bytes = LittleEndianBytes(Text::ToUtf16(Password));
-  keyBytes_.assign(bytes.begin(), bytes.end());
-  keyPos_ = 0;
+  KeyBytes_.assign(bytes.begin(), bytes.end());
+  KeyPos_ = 0;
 }
 
 inline void clsEncryption::EncryptByte(unsigned char& b) {
-  if (keyBytes_.empty()) Fail("the pass phrase is empty");
-  const std::size_t last = keyBytes_.size() - 1;
-  unsigned char& key = keyBytes_[keyPos_];
+  if (KeyBytes_.empty()) Fail("the pass phrase is empty");
+  const std::size_t last = KeyBytes_.size() - 1;
+  unsigned char& key = KeyBytes_[KeyPos_];
   b = static_cast<unsigned char>(b ^ key);
   // The product is one of 16-bit signed arithmetic, which bounds the length of a pass phrase.
-  const std::size_t product = key * keyPos_;
+  const std::size_t product = key * KeyPos_;
   if (product > std::numeric_limits<std::int16_t>::max()) {
     Fail("the pass phrase is too long: ", product, " doesn't fit 16 bits");
   }
   b = static_cast<unsigned char>(b ^ (product & 255U));
   // Index 0 serves the first byte of the data only: the walk goes back to index 1.
-  const std::size_t next = keyPos_ >= last ? 1 : keyPos_ + 1;
-  key = static_cast<unsigned char>(key + keyBytes_[next]);
-  keyPos_ = next;
+  const std::size_t next = KeyPos_ >= last ? 1 : KeyPos_ + 1;
+  key = static_cast<unsigned char>(key + KeyBytes_[next]);
+  KeyPos_ = next;
 }
 
 void clsEncryption::EncryptBytes(char* bytes, std::size_t count) {
   std::size_t done = 0;
-  if (keyBytes_.size() > 1 && keyBytes_.size() <= kLongestPassword * 2) {
+  if (KeyBytes_.size() > 1 && KeyBytes_.size() <= kLongestPassword * 2) {
     while (done < count) done += EncryptPass(bytes + done, count - done);
   }
   for (; done < count; ++done) {
@@ -115,24 +115,24 @@ void clsEncryption::EncryptBytes(char* bytes, std::size_t count) {
 }
 
 std::size_t clsEncryption::EncryptPass(char* bytes, std::size_t count) {
-  const std::size_t last = keyBytes_.size() - 1;
-  count = std::min(count, last + 1 - keyPos_);
-  const std::size_t withNeighbour = std::min(count, last - keyPos_);
+  const std::size_t last = KeyBytes_.size() - 1;
+  count = std::min(count, last + 1 - KeyPos_);
+  const std::size_t withNeighbour = std::min(count, last - KeyPos_);
   std::size_t i = 0;
   const auto encryptLanes = [&]<std::size_t kLanes>(std::integral_constant<std::size_t, kLanes>) {
     for (; i + kLanes <= withNeighbour; i += kLanes) {
-      EncryptLanes<kLanes>(bytes + i, keyBytes_.data() + keyPos_ + i, keyPos_ + i);
+      EncryptLanes<kLanes>(bytes + i, KeyBytes_.data() + KeyPos_ + i, KeyPos_ + i);
     }
   };
   encryptLanes(std::integral_constant<std::size_t, 16>());
   encryptLanes(std::integral_constant<std::size_t, 4>());
   for (; i < count; ++i) {
-    unsigned char& key = keyBytes_[keyPos_ + i];
-    const auto product = static_cast<unsigned char>(key * (keyPos_ + i));
+    unsigned char& key = KeyBytes_[KeyPos_ + i];
+    const auto product = static_cast<unsigned char>(key * (KeyPos_ + i));
     bytes[i] = static_cast<char>(static_cast<unsigned char>(bytes[i]) ^ key ^ product);
-    key = static_cast<unsigned char>(key + keyBytes_[i < withNeighbour ? keyPos_ + i + 1 : 1]);
+    key = static_cast<unsigned char>(key + KeyBytes_[i < withNeighbour ? KeyPos_ + i + 1 : 1]);
   }
-  keyPos_ = withNeighbour < count ? 1 : keyPos_ + count;
+  KeyPos_ = withNeighbour < count ? 1 : KeyPos_ + count;
   return count;
 }
 

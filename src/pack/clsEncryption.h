@@ -54,6 +54,6 @@ class clsEncryption {
                        std::size_t maxLength);
 
   const FileSystem& files_;
-  std::vector<unsigned char> keyBytes_;
-  std::size_t keyPos_ = 0;
+  std::vector<unsigned char> KeyBytes_;
+  std::size_t KeyPos_ = 0;
 };

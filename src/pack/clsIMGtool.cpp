@@ -137,9 +137,11 @@ std::optional<FoundRecord> FindRecord(const File& archive, std::int64_t count,
                                       std::string_view name) {
   if (name.find('\0') != std::string_view::npos) return std::nullopt;
   const std::int64_t end = kHeaderSize + count * kRecordSize;
+  std::string block(static_cast<std::size_t>(kBlock), '\0');
   for (std::int64_t start = kHeaderSize; start < end; start += kBlock) {
-    const std::string block = archive.ReadAt(start, std::min(kBlock, end - start));
-    const std::string_view records = block;
+    const auto length = static_cast<std::size_t>(std::min(kBlock, end - start));
+    archive.ReadAt(start, block.data(), length);
+    const std::string_view records = std::string_view(block).substr(0, length);
     for (std::size_t i = 0; i < records.size(); i += kRecordSize) {
       if (!HasName(records.substr(i, kRecordSize), name)) continue;
       return FoundRecord{start + static_cast<std::int64_t>(i),
@@ -153,10 +155,12 @@ std::optional<FoundRecord> FindRecord(const File& archive, std::int64_t count,
 /// behind it moves down by one slot, what lies in the free space too, and the last slot gets NULs.
 void CloseGap(File& archive, std::int64_t position, std::int64_t regionEnd) {
   const std::int64_t lastSlot = regionEnd - kRecordSize;
+  std::string block(static_cast<std::size_t>(kBlock), '\0');
   while (position < lastSlot) {
-    const std::int64_t length = std::min(kBlock, lastSlot - position);
-    archive.WriteAt(position, archive.ReadAt(position + kRecordSize, length));
-    position += length;
+    const auto length = static_cast<std::size_t>(std::min(kBlock, lastSlot - position));
+    archive.ReadAt(position + kRecordSize, block.data(), length);
+    archive.WriteAt(position, std::string_view(block).substr(0, length));
+    position += static_cast<std::int64_t>(length);
   }
   archive.WriteAt(lastSlot, std::string(kRecordSize, '\0'));
 }
@@ -185,11 +189,21 @@ class BlockWriter {
     target_.WriteAt(position_, block_);
     position_ += static_cast<std::int64_t>(block_.size());
     block_.clear();
+    if (position_ - started_ >= kStart) StartWriting();
   }
 
  private:
+  static constexpr std::int64_t kStart = 128 * kBlock;
+
+  // The disk works while more is copied, so that the sync at the end has little left to wait for.
+  void StartWriting() {
+    target_.StartWriting(started_, position_ - started_);
+    started_ = position_;
+  }
+
   File& target_;
-  std::int64_t position_;  // where the block goes
+  std::int64_t position_;     // where the block goes
+  std::int64_t started_ = 0;  // what stands ahead of it is on its way to the disk
   std::string block_;
 };
 

@@ -68,7 +68,9 @@ class InstallTest : public testing::Test {
   [[nodiscard]] Tree Snapshot() const {
     Tree tree;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(Folder.Native())) {
-      const std::string path = entry.path().lexically_relative(Folder.Native()).string();
+      const std::u8string below =
+          entry.path().lexically_relative(Folder.Native()).generic_u8string();
+      const std::string path(below.begin(), below.end());
       tree[entry.is_directory() ? path + "/" : path] =
           entry.is_directory() ? std::string() : Folder.Read(path);
     }

@@ -38,9 +38,10 @@ class RecordingView : public PackOpeningView {
   void SetHtmlVisible(bool visible) override {
     calls.emplace_back(visible ? "html shown" : "html hidden");
   }
-  void ShowHtmlPage(const std::string& path, int height) override {
+  void SetHtmlHeight(int pixels) override { calls.push_back("height " + std::to_string(pixels)); }
+  void ShowHtmlPage(const std::string& path) override {
     calls.push_back("page " + path.substr(path.find_last_of('\\') + 1) + " " +
-                    std::to_string(height) + " " + folder_.Read("temp/html.htm"));
+                    folder_.Read("temp/html.htm"));
   }
   void SetMinimumSize(int width, int height) override {
     calls.push_back("minimum " + std::to_string(width) + " " + std::to_string(height));
@@ -122,7 +123,7 @@ TEST_F(Opening, AsksTheWindowInOrder) {
               ElementsAre("ShowLoading", "DoEvents", "SetTitle Karat & L\xF6sche <nl>", "DoEvents",
                           "DoEvents", "DoEvents", "DoEvents", "DoEvents", "DoEvents",
                           "ClickFirstType", "UnloadLoading", "DrawTypeList", "html shown",
-                          "page html.htm 120 <b>x</b>\r\ny<NL>\r\n", "minimum 600 370"));
+                          "height 120", "page html.htm <b>x</b>\r\ny<NL>\r\n", "minimum 600 370"));
   EXPECT_THAT(view.filesAtClick, ElementsAre("html.htm"));
 
   // A pack with less leaves nothing of the one before, nor of an index that lay in the folder.
@@ -138,7 +139,7 @@ TEST_F(Opening, AsksTheWindowInOrder) {
 
   // A page without a height is there, with none.
   OpenIndex("[Info]\r\nHTML=x\r\n[Typ1]\r\nTypeID=1\r\n");
-  EXPECT_THAT(view.calls, testing::IsSupersetOf({"html shown", "page html.htm 0 x\r\n",
+  EXPECT_THAT(view.calls, testing::IsSupersetOf({"html shown", "height 0", "page html.htm x\r\n",
                                                  "minimum 600 250", "ClickFirstType"}));
 }
 
@@ -191,9 +192,8 @@ TEST_F(Opening, WhatIsNoPackKeepsTheCatalogue) {
     const PackOpening outcome = Open(name);
     EXPECT_FALSE(outcome.isArchive);
     EXPECT_EQ(outcome.failure, std::nullopt);
-    EXPECT_THAT(view.calls,
-                ElementsAre("UnloadLoading", "DrawTypeList", "html shown",
-                            "page html.htm 120 <b>x</b>\r\ny<NL>\r\n", "minimum 600 370"));
+    EXPECT_THAT(view.calls, ElementsAre("UnloadLoading", "DrawTypeList", "html shown", "height 120",
+                                        "page html.htm <b>x</b>\r\ny<NL>\r\n", "minimum 600 370"));
     EXPECT_EQ(pack.IMGFile(), folder.Dos(name));
     EXPECT_EQ(catalogue.Mods.size(), 4U);
   }

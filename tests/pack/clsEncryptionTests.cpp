@@ -101,11 +101,6 @@ TEST_F(Encryption, FollowsTheKeyWhateverTheLength) {
     const std::string ciphered = Run(plain, clsEncryption::IndexPassword());
     EXPECT_TRUE(ciphered == Xor(plain, KeyStream(indexPhrase, length))) << length;
     EXPECT_EQ(progress, expectedProgress) << length;
-    // A file can be its own output.
-    cipher.OutputFileName = folder.Dos("in");
-    cipher.EncryptFile();
-    EXPECT_TRUE(folder.Read("in") == ciphered) << length;
-    cipher.OutputFileName = folder.Dos("out");
   }
   // The longest key has 128 bytes; its last product is 255 * 127.
   const std::vector<int> longest(64, 0xFF);
@@ -118,7 +113,7 @@ TEST_F(Encryption, ShowsItsFailuresAndGoesOn) {
   folder.Write("out", "older");
   cipher.EncryptFile();
   ASSERT_EQ(messages.size(), 1U);
-  EXPECT_THAT(messages[0].first, testing::MatchesRegex("Error: [0-9]+\\. .+"));
+  EXPECT_THAT(messages[0].first, testing::StartsWith("Error: 2. open "));
   EXPECT_EQ(messages[0].second, "EncryptFile");
   EXPECT_EQ(folder.Read("out"), "older");
   EXPECT_THAT(folder.List(), testing::ElementsAre("out"));  // the input isn't made
