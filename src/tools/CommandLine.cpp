@@ -40,6 +40,8 @@ int RunKvpk(int argc, char** argv) {
   basDebugLog::SetRecorder(LogRecorder());
   CLI::App app("Makes, looks into and installs KELVO mod packs, and edits IMG archives.", "kvpk");
   app.set_version_flag("--version", "kvpk " KELVO_VERSION);
+  // The same on every system: a slash begins no option.
+  app.allow_windows_style_options(false);
   app.require_subcommand(1);
   app.footer(
       "Exit status: 0 done, 1 the input can't be used, 2 wrong usage, 3 a script stopped early.");

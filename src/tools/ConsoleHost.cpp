@@ -33,10 +33,6 @@ void ConsoleHost::DoEvents() {
   if (Process::StopRequested()) Fail("the user has stopped it");
 }
 
-void ConsoleHost::ShowFailure(const std::string& text, const std::string& title) {
-  PrintError(title + ": " + text);
-}
-
 void ScriptConsole::SetStatus(const std::string& text) {
   std::cout << "status: " + Text::ToUtf8(text) + "\n";
 }

@@ -19,7 +19,6 @@ class ConsoleHost : public InstallHost {
   /// Fails if the user wants the run to stop.
   void DoEvents() override;
   void ShowFinalMessage(const std::string& /*text*/) override {}
-  void ShowFailure(const std::string& text, const std::string& title) override;
 
   [[nodiscard]] const ProgressRange& ModRange() const { return mod_; }
   [[nodiscard]] const ProgressRange& TotalRange() const { return total_; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "install/basScript.h"
 #include "platform/DosPath.h"
 #include "platform/Text.h"
 
@@ -16,32 +17,21 @@ struct BlockHead {
   BlockKind kind;
 };
 
-constexpr std::array<BlockHead, 16> kHeads{{
-    {"AddLine {", BlockKind::kOther},
-    {"RemoveLine {", BlockKind::kOther},
-    {"ReplaceLine {", BlockKind::kOther},
+/// The blocks whose arguments name payload.
+constexpr std::array<BlockHead, 4> kPayloadHeads{{
     {"AddIMG {", BlockKind::kIntoArchive},
-    {"RemoveIMG {", BlockKind::kOther},
     {"ReplaceIMG {", BlockKind::kIntoArchive},
-    {"RebuildIMG {", BlockKind::kOther},
     {"Copy {", BlockKind::kIntoFolder},
     {"Move {", BlockKind::kIntoFolder},
-    {"Delete {", BlockKind::kOther},
-    {"Rename {", BlockKind::kOther},
-    {"CreateFolder {", BlockKind::kOther},
-    {"RemoveFolder {", BlockKind::kOther},
-    {"ShellExecute {", BlockKind::kOther},
-    {"IfExistGoto {", BlockKind::kOther},
-    {"Goto {", BlockKind::kOther},
 }};
 
 /// The block that a line opens if it is a head.
 std::optional<BlockKind> OpenedBy(std::string_view line) {
-  if (!line.ends_with('{')) return std::nullopt;
+  if (!basScript::IsHead(line)) return std::nullopt;
   const auto* const head = std::find_if(
-      kHeads.begin(), kHeads.end(),
+      kPayloadHeads.begin(), kPayloadHeads.end(),
       [&](const BlockHead& candidate) { return Text::EqualsIgnoringCase(candidate.text, line); });
-  return head == kHeads.end() ? std::nullopt : std::optional(head->kind);
+  return head == kPayloadHeads.end() ? BlockKind::kOther : head->kind;
 }
 
 /// One argument of a script, with where it stands.
@@ -51,14 +41,6 @@ struct Argument {
   BlockKind block;    // of the block that is open
   std::size_t index;  // 0-based among the block's arguments
 };
-
-/// A line's argument as the commands see it; nothing for a comment or a blank line.
-std::optional<std::string_view> ArgumentOf(std::string_view line) {
-  std::string_view argument = Text::Trim(line);
-  if (argument.empty() || argument.front() == '#' || argument.front() == ';') return std::nullopt;
-  while (argument.starts_with('\t')) argument.remove_prefix(1);
-  return argument;
-}
 
 /// Walks a script's lines as a run without jumps would.
 std::vector<Argument> WalkArguments(std::string_view script) {
@@ -74,7 +56,7 @@ std::vector<Argument> WalkArguments(std::string_view script) {
     if (opened) {
       block = *opened;
       index = 0;
-    } else if (const auto argument = ArgumentOf(line)) {
+    } else if (const auto argument = basScript::ArgumentOf(line)) {
       arguments.push_back({*argument, number, block, index++});
     }
   }

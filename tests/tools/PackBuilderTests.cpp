@@ -86,7 +86,6 @@ TEST(Build, NamesFileAndLineOfWhatAPackCannotHold) {
       {"payload/X.DFF", "",
        "mods/010-a/payload/x.dff: its entry has the same name as that of payload/X.DFF"},
       {"payload/name-of-25-characters.txt", "", "payload/name-of-25-characters.txt: the entry's"},
-      {"payload/con.txt", "", "payload/con.txt: an entry of this name could never be unpacked"},
       {"payload/\xE6\x97\xA5.dff", "", "payload/?.dff: Windows-1252 can't say this name"},
       {"pack.ini", pack + "[Entries]\npayload/no=x\n", "pack.ini:6: the folder has no entry"},
       {"pack.ini", pack + "[Entries]\npayload/empty.txt=x.dff\n",
