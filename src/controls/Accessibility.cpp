@@ -13,7 +13,9 @@ class ButtonInterface : public QAccessibleWidget {
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
     const AccessibleButton* const control = Control();
     if (kind != QAccessible::Name || control == nullptr) return QAccessibleWidget::text(kind);
-    return control->AccessibleCaption();
+    // A caption that is only a sign has its words beside it.
+    const QString given = widget()->accessibleName();
+    return given.isEmpty() ? control->AccessibleCaption() : given;
   }
 
   [[nodiscard]] QAccessible::State state() const override {

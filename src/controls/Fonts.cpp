@@ -12,9 +12,9 @@ namespace {
 
 constexpr const char* kTahoma = "Tahoma";
 constexpr const char* kMarlett = "Marlett";
-// Where Debian's fonts-wine lays the free fonts of these names.
-constexpr std::array<const char*, 3> kFreeFonts = {"/usr/share/wine/fonts/tahoma.ttf",
-                                                   "/usr/share/wine/fonts/tahomabd.ttf",
+// Where Debian's fonts-wine lays the free fonts of these names. The outlines of its bold Tahoma
+// are wider but no bolder, so it is left out: the toolkit makes a better one from the plain face.
+constexpr std::array<const char*, 2> kFreeFonts = {"/usr/share/wine/fonts/tahoma.ttf",
                                                    "/usr/share/wine/fonts/marlett.ttf"};
 
 bool pretendMarlettIsMissing = false;
@@ -73,10 +73,7 @@ namespace Fonts {
 void Load() {
   for (const char* const file : kFreeFonts) {
     const char* const family = QString(file).contains("marlett") ? kMarlett : kTahoma;
-    const bool isBold = QString(file).contains("bd.");
-    if ((isBold || !IsThere(family)) && QFileInfo::exists(file)) {
-      QFontDatabase::addApplicationFont(file);
-    }
+    if (!IsThere(family) && QFileInfo::exists(file)) QFontDatabase::addApplicationFont(file);
   }
 }
 

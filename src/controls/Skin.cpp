@@ -1,5 +1,6 @@
 #include "controls/Skin.h"
 
+#include <QImageReader>
 #include <QtGlobal>
 #include <algorithm>
 
@@ -18,6 +19,11 @@ QPixmap Picture(const QString& name, qreal ratio) {
   QPixmap picture(":/skin/" + name + (isFine ? "@2x.png" : ".png"));
   if (isFine) picture.setDevicePixelRatio(kFine);
   return picture;
+}
+
+QSize SizeOf(const QString& name) {
+  InitSkinResource();
+  return QImageReader(":/skin/" + name + ".png").size();
 }
 
 QPixmap WithoutMagenta(const QPixmap& picture) {
