@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include "controls/Colours.h"
+
+/// One line of text on the form that takes the size of its text: the pack's title and its shadow.
+/// A press on it is its own, it doesn't move the window.
+class TitleLabel : public QWidget {
+  Q_OBJECT
+
+ public:
+  TitleLabel(QWidget* parent, ColourNumber ForeColor);
+
+  [[nodiscard]] QString Caption() const { return caption_; }
+  void SetCaption(const QString& caption);
+
+ signals:
+  void Change();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  QString caption_;
+  ColourNumber foreColor_;
+};

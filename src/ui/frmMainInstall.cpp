@@ -1,0 +1,174 @@
+// The main window as the host of the engine: what an install run and the opening of a pack show.
+
+#include <QCoreApplication>
+#include <QScopeGuard>
+#include <QWindow>
+#include <utility>
+
+#include "controls/tc_PBar.h"
+#include "core/basDebugLog.h"
+#include "install/InstallRun.h"
+#include "platform/Text.h"
+#include "platform/window/basMinMax.h"
+#include "ui/CatalogueLists.h"
+#include "ui/EngineText.h"
+#include "ui/HtmlStrip.h"
+#include "ui/OptionsPage.h"
+#include "ui/ProgressPage.h"
+#include "ui/SkinInputs.h"
+#include "ui/SlidingPanel.h"
+#include "ui/TitleLabel.h"
+#include "ui/frmLoading.h"
+#include "ui/frmMain.h"
+
+namespace {
+
+/// Shortest time between two rounds of pending events, in milliseconds: that of a frame. The
+/// engine asks after every line and every block, and each round may paint.
+constexpr qint64 kFrame = 16;
+
+}  // namespace
+
+void frmMain::cmdInstall_Click() {
+  Trapped("frmMain.cmdInstall_Click", [&] {
+    // A second click, before the panel has come up and disabled the button; or one while a pack
+    // is being opened, and the catalogue isn't whole.
+    if (runIsOn_ || openingIsOn_) return;
+    PlayClick();
+    if (picSAInstallDir->txtSAInstallDir->text().isEmpty()) {
+      cmdOptions_Click();
+      return;
+    }
+    // A run that failed has left this on.
+    session_.InstallRunning = false;
+    runIsOn_ = true;
+    const auto over = qScopeGuard([this] { runIsOn_ = false; });
+    RunInstall(session_);
+  });
+}
+
+void frmMain::SetStatus(const std::string& text) {
+  picInstallProgrress->SetStatus(ToQString(text));
+  log_.StatusChanged(text);
+}
+
+void frmMain::SetModProgressMax(std::int32_t max) {
+  picInstallProgrress->pBarFortschrittMod->SetMax(Text::CheckedInt16(max, "the bar of the mod"));
+}
+
+void frmMain::SetModProgress(std::int32_t value) {
+  picInstallProgrress->pBarFortschrittMod->SetValue(
+      Text::CheckedInt16(value, "the bar of the mod"));
+}
+
+std::int32_t frmMain::ModProgress() const {
+  return picInstallProgrress->pBarFortschrittMod->Value();
+}
+
+void frmMain::SetTotalProgressMax(std::int32_t max) {
+  tc_PBar& bar = *picInstallProgrress->pBarFortschritt;
+  bar.SetMin(0);
+  bar.SetMax(Text::CheckedInt16(max, "the bar of the run"));
+}
+
+void frmMain::SetTotalProgress(std::int32_t value) {
+  picInstallProgrress->pBarFortschritt->SetValue(Text::CheckedInt16(value, "the bar of the run"));
+}
+
+void frmMain::DoEvents() {
+  if (sinceEvents_.isValid() && sinceEvents_.elapsed() < kFrame) return;
+  QCoreApplication::processEvents();
+  sinceEvents_.start();
+}
+
+void frmMain::ShowProgressPage() {
+  panel->BringToFront(picInstallProgrress);
+  panel->EnableUp();
+}
+
+void frmMain::ShowFinalMessage(const std::string& text) {
+  surroundings_.messages.Information(this, ToQString(text), MessageBoxes::DefaultTitle());
+}
+
+void frmMain::HideProgressPage() {
+  panel->DisableUp();
+  panel->EnableDown();
+}
+
+void frmMain::OpenKELVOFile(const std::string& path) {
+  // Events run inside an opening. Another one in there would read two packs into one catalogue.
+  if (openingIsOn_) return;
+  openingIsOn_ = true;
+  const auto over = qScopeGuard([this] { openingIsOn_ = false; });
+  // The free function has the trap.
+  ::OpenKELVOFile(surroundings_.files, session_.ModPackIMG, session_.TempDir, session_.Pack, *this,
+                  path);
+}
+
+void frmMain::ShowLoading() {
+  if (loading_ == nullptr) loading_ = std::make_unique<frmLoading>();
+  loading_->show();
+  OwnLoading();
+}
+
+/// The splash stays in front of the window, and goes with it.
+void frmMain::OwnLoading() {
+  if (loading_ == nullptr || loading_->windowHandle() == nullptr || windowHandle() == nullptr) {
+    return;
+  }
+  loading_->windowHandle()->setTransientParent(windowHandle());
+}
+
+void frmMain::UnloadLoading() {
+  if (loading_ == nullptr) return;
+  loading_->hide();
+  // Not at once: an event may have come in while it was being shown.
+  loading_.release()->deleteLater();
+}
+
+void frmMain::MessageBox(const std::string& text, const std::string& title) {
+  surroundings_.messages.Plain(this, ToQString(text), ToQString(title));
+}
+
+void frmMain::SetTitle(const std::string& title) {
+  lblTitel->SetCaption(ToQString(title));
+}
+
+void frmMain::ClickFirstType() {
+  constexpr float kBesideTheTicks = 31;
+  lists->picTypeList_MouseDown(1, 0, kBesideTheTicks, 1);
+}
+
+void frmMain::DrawTypeList() {
+  lists->DrawTypeList();
+}
+
+void frmMain::SetHtmlVisible(bool visible) {
+  html->setVisible(visible);
+}
+
+void frmMain::SetHtmlHeight(int height) {
+  html->resize(html->width(), height);
+}
+
+void frmMain::ShowHtmlPage(const std::string& path) {
+  html->SetSilent(true);
+  // At the start the page comes as soon as the window is there, which doesn't wait for it.
+  if (isVisible()) {
+    html->Navigate(path);
+  } else {
+    pageToCome_ = path;
+  }
+  Form_Resize();
+}
+
+void frmMain::ShowPageToCome() {
+  Trapped("frmMain.html_Navigate", [&] {
+    if (!pageToCome_.empty()) html->Navigate(std::exchange(pageToCome_, {}));
+  });
+}
+
+void frmMain::SetMinimumSize(int width, int height) {
+  basMinMax::UnhookMinMax(this);
+  basMinMax::HookMinMax(this, width, height);
+}

@@ -1,0 +1,596 @@
+#include <QAccessible>
+#include <QTest>
+#include <QWheelEvent>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QtTest/qtestspontaneevent.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "controls/Hand.h"
+#include "controls/RenderedAt.h"
+#include "platform/Failure.h"
+#include "ui/CatalogueLists.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int kRow = 30;
+
+// Counts how often a widget is painted on screen.
+class PaintCounter : public QObject {
+ public:
+  explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
+  int Take() {
+    QApplication::processEvents();
+    return std::exchange(count_, 0);
+  }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count_;
+    return false;
+  }
+
+ private:
+  int count_ = 0;
+};
+
+// Both lists in a window, four rows high, and a hand over them.
+class Lists : public testing::Test {
+ protected:
+  static constexpr int kHeight = 4 * kRow;
+
+  void AddType(std::int16_t id, int mods, const std::string& name = "Typ") {
+    udtModType type;
+    type.TypeID = id;
+    type.Name = name + std::to_string(id);
+    type.Description = "T" + std::to_string(id);
+    type.Picture = "t" + std::to_string(id);
+    type.ModCount = static_cast<std::int16_t>(mods);
+    type.CheckState = 1;
+    pack.ModTypes.push_back(type);
+    for (int i = 1; i <= mods; ++i) {
+      const std::string number = std::to_string(id) + "." + std::to_string(i);
+      udtMod mod;
+      mod.TypeID = id;
+      mod.Name = "Mod" + number;
+      mod.Description =
+          "Gr\xFC\xDF"
+          "e " +
+          number;
+      mod.Readme = "R" + number;
+      mod.Picture = "p" + number;
+      mod.Selected = true;
+      pack.Mods.push_back(mod);
+    }
+  }
+
+  void Open() {
+    hand.window.resize(640, 300);
+    lists = std::make_unique<CatalogueLists>(
+        &hand.window, pack,
+        CatalogueLists::Neighbours{
+            [this] { log.emplace_back("click"); },
+            [this](const std::string& text) { log.push_back("text:" + text); },
+            [this](const std::string& name) { log.push_back("picture:" + name); }});
+    lists->picTypeList->setGeometry(8, 56, 200, kHeight);
+    lists->picModList->setGeometry(220, 56, 400, kHeight);
+    lists->scrModTypeList->setGeometry(183, 0, 17, kHeight);
+    lists->scrModList->setGeometry(383, 0, 17, kHeight);
+    lists->PrepareEmptyPicture();
+    lists->RedrawLists(true);
+    hand.Open();
+    lists->picTypeList_MouseDown(1, 0, 31, 1);
+    log.clear();
+  }
+
+  static QPoint Place(const QWidget* list, int row, int x) {
+    return list->mapTo(list->window(), QPoint(x, (row - 1) * kRow + 15));
+  }
+  void ClickType(int row, int x = 60, Qt::MouseButton button = Qt::LeftButton) {
+    hand.MoveTo(Place(lists->picTypeList, row, x));
+    hand.Click(button);
+  }
+  void ClickMod(int row, int x = 60, Qt::MouseButton button = Qt::LeftButton) {
+    hand.MoveTo(Place(lists->picModList, row, x));
+    hand.Click(button);
+  }
+  static void Turn(QWidget* widget, int delta) {
+    QWheelEvent event({5, 5}, widget->mapToGlobal(QPointF(5, 5)), {}, {0, delta}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);  // the toolkit hands on only such as are the user's
+    qApp->notify(widget, &event);
+  }
+  [[nodiscard]] std::string Ticks() const {
+    std::string ticks;
+    for (std::size_t i = 1; i < pack.Mods.size(); ++i) ticks += pack.Mods[i].Selected ? 'x' : '.';
+    return ticks;
+  }
+  static QColor Fill(QWidget* list, int row) {
+    return RenderedAt(*list, 1).pixelColor(150, (row - 1) * kRow + 1);
+  }
+  static bool Shows(QWidget* list, int row, const QRect& part, const QColor& colour) {
+    const QImage image = RenderedAt(*list, 2).copy(
+        QRect(part.topLeft() * 2 + QPoint(0, (row - 1) * kRow * 2), part.size() * 2));
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        if (image.pixelColor(x, y) == colour) return true;
+      }
+    }
+    return false;
+  }
+
+  Hand hand;
+  Catalogue pack;
+  std::vector<std::string> log;
+  std::unique_ptr<CatalogueLists> lists;
+};
+
+const QColor kPlain(179, 184, 197);
+const QColor kSelected(72, 82, 92);
+const QColor kUnderMouse(217, 220, 226);
+const QColor kBoth(88, 97, 110);
+const QColor kDark(36, 41, 46);
+const QRect kFirstLine(30, 2, 140, 12);
+const QRect kSecondLine(30, 17, 140, 12);
+const QRect kTick(5, 5, 21, 21);
+
+}  // namespace
+
+TEST_F(Lists, PaintsRowsByTheirState) {
+  for (std::int16_t id = 1; id <= 4; ++id) AddType(id, 4);
+  Open();
+  lists->picModList_MouseDown(1, 0, 31, 1);
+  struct Row {
+    int selected;
+    int hovered;
+    QColor fill;
+    QColor name;
+    QColor typeText;
+    QColor modText;
+    QColor typeTick;
+  };
+  const Row rows[] = {
+      {1, 0, kSelected, Qt::white, Qt::white, Qt::white, Qt::white},
+      {1, 1, kBoth, Qt::white, Qt::white, Qt::white, Qt::white},
+      {3, 1, kUnderMouse, Qt::red, kSelected, kDark, kSelected},
+      {3, 2, kPlain, kDark, kSelected, kDark, kDark},
+  };
+  for (const Row& row : rows) {
+    lists->CurType = lists->CurModRow = static_cast<std::int16_t>(row.selected);
+    lists->HoverType = lists->HoverModRow = static_cast<std::int16_t>(row.hovered);
+    lists->RedrawLists(true);
+    for (ListSurface* const list : {lists->picTypeList, lists->picModList}) {
+      SCOPED_TRACE(list->objectName().toStdString() + std::to_string(row.hovered));
+      const bool isTypes = list == lists->picTypeList;
+      EXPECT_EQ(Fill(list, 1), row.fill);
+      EXPECT_TRUE(Shows(list, 1, kFirstLine, row.name));
+      EXPECT_TRUE(Shows(list, 1, kSecondLine, isTypes ? row.typeText : row.modText));
+      EXPECT_TRUE(Shows(list, 1, kTick, isTypes ? row.typeTick : row.modText));
+    }
+  }
+  pack.ModTypes[1].CheckState = 2;
+  pack.ModTypes[2].CheckState = 0;
+  lists->DrawTypeList();
+  EXPECT_TRUE(Shows(lists->picTypeList, 1, kTick, QColor(108, 112, 122))) << "half-tone";
+  EXPECT_FALSE(Shows(lists->picTypeList, 1, kTick, kDark));
+  EXPECT_FALSE(Shows(lists->picTypeList, 2, kTick, kDark));
+}
+
+TEST_F(Lists, ATypeFiltersTheMods) {
+  AddType(7, 2);
+  AddType(3, 1);
+  AddType(5, 0);
+  Open();
+  ClickType(2);
+  EXPECT_THAT(log, ElementsAre("click", "text:T3", "picture:t3"));
+  EXPECT_EQ(lists->CurType, 2);
+  ClickMod(1);
+  EXPECT_EQ(lists->CurMod, 3) << "the row's index among all mods";
+  EXPECT_EQ(Fill(lists->picModList, 2), kPlain) << "no second row";
+  ClickType(1);
+  EXPECT_EQ(lists->CurModRow, 0);
+  log.clear();
+  ClickMod(2);
+  EXPECT_THAT(log, ElementsAre("click", "text:R7.2", "picture:p7.2"));
+
+  log.clear();
+  ClickMod(4);
+  EXPECT_EQ(lists->CurModRow, 4);
+  EXPECT_EQ(lists->CurMod, 0);
+  EXPECT_THAT(log, ElementsAre("click", "text:", "picture:"));
+  const QRect sentence(15, 10, 200, 13);
+  EXPECT_FALSE(Shows(lists->picModList, 1, sentence, kSelected));
+  log.clear();
+  ClickType(4);
+  EXPECT_EQ(lists->CurType, 0);
+  EXPECT_THAT(log, ElementsAre("click", "text:", "picture:"));
+  EXPECT_TRUE(Shows(lists->picModList, 1, sentence, kSelected)) << "that there are no mods";
+  ClickType(1);
+  ClickType(3);
+  EXPECT_TRUE(Shows(lists->picModList, 1, sentence, kSelected));
+  EXPECT_TRUE(lists->scrModList->isHidden());
+}
+
+TEST_F(Lists, WithoutAPackNothingIsThere) {
+  Open();
+  QTest::keyClick(lists->picTypeList, Qt::Key_Down);
+  ClickMod(1, 5);
+  Turn(lists->picModList, -120);
+  EXPECT_EQ(lists->CurType, 0);
+  EXPECT_EQ(lists->CurMod, 0);
+  EXPECT_TRUE(lists->scrModTypeList->isHidden());
+  EXPECT_TRUE(lists->scrModList->isHidden());
+}
+
+TEST_F(Lists, TicksInThreeStates) {
+  AddType(1, 3);
+  AddType(2, 1);
+  Open();
+  const auto state = [&] { return Ticks() + std::to_string(pack.ModTypes[1].CheckState); };
+  ClickMod(2, 29);
+  EXPECT_EQ(state(), "x.xx2");
+  ClickMod(3, 30);
+  EXPECT_EQ(state(), "x.xx2") << "beside the ticks";
+  ClickType(1, 5);
+  EXPECT_EQ(state(), "xxxx1") << "some become all";
+  ClickType(1, 5);
+  EXPECT_EQ(state(), "...x0");
+  ClickType(1, 5);
+  EXPECT_EQ(state(), "xxxx1");
+  for (const int row : {1, 2, 3}) ClickMod(row, 5);
+  EXPECT_EQ(state(), "...x0");
+  ClickMod(3, 5, Qt::RightButton);
+  EXPECT_EQ(state(), "..xx2");
+  ClickMod(1, 5, Qt::RightButton);
+  EXPECT_EQ(state(), "...x0") << "another button leaves the selection on row 3";
+  EXPECT_EQ(lists->CurModRow, 3);
+  EXPECT_EQ(pack.ModTypes[2].CheckState, 1);
+
+  lists->picModList_MouseDown(1, 0, 29.9F, 1);
+  EXPECT_TRUE(lists->TickPending);
+  lists->picModList_GotFocus();
+  lists->picModList_Click();
+  EXPECT_EQ(state(), "...x0") << "the focus came in between";
+
+  hand.MoveTo(Place(lists->picModList, 1, 5));
+  hand.Press(Qt::LeftButton);
+  EXPECT_EQ(state(), "...x0") << "only when it is let go";
+  hand.MoveTo(Place(lists->picTypeList, 1, 5));
+  hand.Release(Qt::LeftButton);
+  EXPECT_EQ(state(), "...x0") << "let go elsewhere";
+}
+
+TEST_F(Lists, FocusAndHoverFollowTheMouse) {
+  AddType(1, 9);
+  AddType(2, 1);
+  Open();
+  PaintCounter types(lists->picTypeList);
+  PaintCounter mods(lists->picModList);
+  const auto moveTo = [&](QWidget* list, int row, int x) {
+    hand.MoveTo(Place(list, row, x));
+    return std::vector{lists->HoverType, lists->HoverModRow,
+                       static_cast<std::int16_t>(types.Take()),
+                       static_cast<std::int16_t>(mods.Take())};
+  };
+  types.Take();
+  mods.Take();
+  EXPECT_THAT(moveTo(lists->picModList, 2, 50), ElementsAre(0, 2, 0, 1));
+  EXPECT_TRUE(lists->picModList->hasFocus());
+  EXPECT_THAT(moveTo(lists->picModList, 2, 90), ElementsAre(0, 2, 0, 0)) << "the same row";
+  EXPECT_THAT(moveTo(lists->picModList, 3, 90), ElementsAre(0, 3, 0, 1));
+  EXPECT_THAT(moveTo(lists->scrModList, 3, 5), ElementsAre(0, 0, 0, 1)) << "over the scroll bar";
+  mods.Take();
+  EXPECT_THAT(moveTo(lists->picModList, 3, 90), ElementsAre(0, 3, 0, 1));
+  EXPECT_THAT(moveTo(lists->picTypeList, 4, 90), ElementsAre(4, 0, 1, 1)) << "beyond the types";
+  EXPECT_TRUE(lists->picTypeList->hasFocus());
+  hand.MoveTo({2, 2});
+  EXPECT_EQ(lists->HoverType, 0);
+
+  lists->picModList->setEnabled(false);
+  EXPECT_THAT(moveTo(lists->picModList, 2, 50).at(1), 0);
+  lists->picModList->setEnabled(true);
+  moveTo(lists->picModList, 2, 55);
+  EXPECT_EQ(lists->HoverModRow, 2);
+  lists->picModList->setEnabled(false);
+  hand.MoveTo({2, 2});
+  EXPECT_EQ(lists->HoverModRow, 2) << "nothing arrives at a disabled list";
+  lists->picModList->setEnabled(true);
+  EXPECT_EQ(lists->HoverModRow, 0);
+}
+
+TEST_F(Lists, TheWheelScrollsTheListUnderTheMouse) {
+  AddType(1, 7);
+  for (std::int16_t id = 2; id <= 6; ++id) AddType(id, 1);
+  Open();
+  const auto turn = [&](QWidget* over, int delta) {
+    Turn(over, delta);
+    return std::pair(lists->TypeScroll, lists->ModScroll);
+  };
+  hand.MoveTo(Place(lists->picModList, 1, 50));
+  EXPECT_EQ(turn(lists->picModList, 120), std::pair(0, 0)) << "at the top already";
+  EXPECT_EQ(turn(lists->picModList, -120), std::pair(0, -30));
+  EXPECT_EQ(turn(lists->picModList, -240), std::pair(0, -60)) << "one step, however far";
+  EXPECT_EQ(turn(lists->picTypeList, -120), std::pair(0, -60)) << "the hook is elsewhere";
+  lists->scrModList->SetValue(-80);
+  EXPECT_EQ(turn(lists->picModList, -120), std::pair(0, -90)) << "to the end";
+  hand.MoveTo(Place(lists->scrModTypeList, 2, 5));
+  EXPECT_EQ(turn(lists->scrModTypeList, -120), std::pair(-30, -90));
+  lists->picTypeList->setEnabled(false);
+  EXPECT_EQ(turn(lists->picTypeList, -120), std::pair(-30, -90));
+  lists->picTypeList->setEnabled(true);
+  lists->StopWheelHook();
+  EXPECT_EQ(turn(lists->picTypeList, -120), std::pair(-30, -90));
+}
+
+TEST_F(Lists, KeysMoveTheType) {
+  for (std::int16_t id = 1; id <= 9; ++id) AddType(id, id == 9 ? 0 : 2);
+  Open();
+  PaintCounter types(lists->picTypeList);
+  PaintCounter mods(lists->picModList);
+  struct Row {
+    Qt::Key key;
+    int type;
+    int scroll;
+  };
+  const Row rows[] = {
+      {Qt::Key_Up, 1, 0},    {Qt::Key_Down, 2, 0},        {Qt::Key_PageDown, 8, -120},
+      {Qt::Key_F5, 8, -120}, {Qt::Key_PageDown, 9, -150}, {Qt::Key_Down, 9, -150},
+      {Qt::Key_Up, 8, -150}, {Qt::Key_PageUp, 2, -30},    {Qt::Key_PageUp, 1, 0},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.key);
+    types.Take();
+    mods.Take();
+    log.clear();
+    QTest::keyClick(lists->picTypeList, row.key);
+    EXPECT_EQ(lists->CurType, row.type);
+    EXPECT_EQ(lists->TypeScroll, row.scroll);
+    EXPECT_EQ(types.Take(), 1);
+    EXPECT_EQ(mods.Take(), 1);
+    const bool isPage = row.key == Qt::Key_PageDown || row.key == Qt::Key_PageUp;
+    EXPECT_EQ(log.size(), isPage ? 21U : 3U) << "each step shows its type";
+    EXPECT_EQ(log.back(), "picture:t" + std::to_string(row.type));
+  }
+  QTest::keyClick(lists->picTypeList, Qt::Key_Space);
+  EXPECT_EQ(Ticks().substr(0, 4), "..xx");
+  lists->CurType = 0;
+  QTest::keyClick(lists->picTypeList, Qt::Key_Up);
+  EXPECT_EQ(lists->CurType, 0);
+  QTest::keyClick(lists->picTypeList, Qt::Key_Down);
+  EXPECT_EQ(lists->CurType, 1);
+}
+
+TEST_F(Lists, KeysMoveTheMod) {
+  AddType(2, 1);
+  AddType(1, 10);
+  Open();
+  ClickType(2);
+  QTest::keyClick(lists->picModList, Qt::Key_Down);
+  EXPECT_EQ(lists->CurModRow, 0) << "keys don't begin a selection";
+  ClickMod(1);
+  PaintCounter mods(lists->picModList);
+  struct Row {
+    Qt::Key key;
+    int row;
+    int scroll;
+  };
+  const Row rows[] = {
+      {Qt::Key_Up, 1, 0},           {Qt::Key_Down, 2, 0},     {Qt::Key_PageDown, 8, -120},
+      {Qt::Key_PageDown, 10, -180}, {Qt::Key_Down, 10, -180}, {Qt::Key_PageUp, 4, -90},
+      {Qt::Key_A, 4, -90},          {Qt::Key_PageUp, 1, 0},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.key);
+    mods.Take();
+    QTest::keyClick(lists->picModList, row.key);
+    EXPECT_EQ(lists->CurModRow, row.row);
+    EXPECT_EQ(lists->CurMod, row.row + 1);
+    EXPECT_EQ(lists->ModScroll, row.scroll);
+    EXPECT_EQ(mods.Take(), 1) << "one repaint a key";
+    EXPECT_EQ(log.back(), "picture:p1." + std::to_string(row.row));
+  }
+  log.clear();
+  QTest::keyClick(lists->picModList, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(lists->CurModRow, 2);
+  EXPECT_THAT(log, IsEmpty()) << "Shift alone leaves the detail view";
+  QTest::keyClick(lists->picModList, Qt::Key_Down, Qt::ShiftModifier | Qt::ControlModifier);
+  EXPECT_EQ(log.back(), "picture:p1.3");
+  QTest::keyClick(lists->picModList, Qt::Key_Space);
+  EXPECT_EQ(Ticks(), "xxx.xxxxxxx");
+  EXPECT_EQ(pack.ModTypes[2].CheckState, 2);
+
+  lists->scrModList->SetValue(-150);
+  EXPECT_EQ(lists->CurMod, 0) << "scrolled off the surface";
+  QTest::keyClick(lists->picModList, Qt::Key_Down);
+  EXPECT_EQ(lists->CurModRow, 3) << "only comes back into view";
+  EXPECT_EQ(lists->CurMod, 4);
+  EXPECT_EQ(lists->ModScroll, -60);
+}
+
+TEST_F(Lists, TheScrollBarAppearsWithTheFirstPixelTooMany) {
+  AddType(1, 4);
+  AddType(2, 8);
+  Open();
+  EXPECT_TRUE(lists->scrModList->isHidden());
+  lists->picModList->resize(400, kHeight - 1);
+  lists->DrawModList();
+  EXPECT_FALSE(lists->scrModList->isHidden());
+  EXPECT_EQ(lists->scrModList->Max(), -1);
+  lists->picModList->resize(400, kHeight);
+
+  ClickType(2);
+  EXPECT_EQ(lists->scrModList->Max(), -120);
+  lists->scrModList->SetValue(-100);
+  ClickType(3);
+  EXPECT_EQ(lists->ModScroll, -100) << "stays while nothing is painted";
+  ClickType(1);
+  EXPECT_EQ(lists->ModScroll, 0) << "the new maximum pulls it back";
+  EXPECT_EQ(Fill(lists->picModList, 4), kPlain);
+  EXPECT_TRUE(Shows(lists->picModList, 4, kFirstLine, kDark)) << "and the list is painted there";
+}
+
+TEST_F(Lists, BeyondSixteenBitsARepaintEnds) {
+  AddType(1, 1092);
+  AddType(2, 1093);
+  Open();
+  EXPECT_EQ(lists->scrModList->Max(), kHeight - 32760);
+  lists->scrModList->SetValue(lists->scrModList->Max());
+  ClickMod(4);
+  EXPECT_EQ(lists->CurMod, 1092);
+  lists->scrModList->SetValue(0);
+  const int before = lists->scrModList->Max();
+  ClickType(2);
+  EXPECT_EQ(lists->scrModList->Max(), before) << "it ended before its last step";
+  ClickType(1);
+  EXPECT_EQ(lists->CurType, 1) << "and only the repaint did";
+}
+
+TEST(ListScrollBar, KeepsItsRange) {
+  QWidget list;
+  list.resize(100, 300);
+  ListScrollBar bar(&list);
+  bar.setGeometry(83, 0, 17, 300);
+  int changes = 0;
+  QObject::connect(&bar, &ListScrollBar::Change, [&] {
+    ++changes;
+    bar.SetMax(bar.Max());  // as a repaint does
+  });
+  EXPECT_THROW(bar.SetMax(1), Failure);
+  EXPECT_FALSE(bar.TrySetValue(-1));
+  bar.SetMax(-100);
+  EXPECT_THROW(bar.SetValue(-101), Failure);
+  EXPECT_THROW(bar.SetValue(30), Failure);
+  EXPECT_EQ(changes, 0);
+  bar.SetValue(-100);
+  bar.SetValue(-100);
+  EXPECT_EQ(changes, 1);
+  bar.SetMax(-50);
+  EXPECT_EQ(bar.Value(), -50);
+  EXPECT_EQ(changes, 2);
+  bar.SetMax(-500);
+  bar.SetMax(-600);
+  EXPECT_EQ(changes, 2);
+}
+
+TEST_F(Lists, TheScrollBarObeysTheMouse) {
+  AddType(1, 40);
+  Open();
+  ListScrollBar* const bar = lists->scrModList;
+  ASSERT_EQ(bar->Max(), -1080);
+  int scrolls = 0;
+  int changes = 0;
+  QObject::connect(bar, &ListScrollBar::Scroll, [&] { ++scrolls; });
+  QObject::connect(bar, &ListScrollBar::Change, [&] { ++changes; });
+  lists->picModList->setFocus();
+  const auto click = [&](int y) { QTest::mouseClick(bar, Qt::LeftButton, {}, {8, y}); };
+  click(kHeight - 5);
+  EXPECT_EQ(lists->ModScroll, -30) << "the arrow";
+  click(80);
+  EXPECT_EQ(lists->ModScroll, -60) << "below the handle";
+  click(5);
+  click(5);
+  EXPECT_EQ(lists->ModScroll, 0);
+  EXPECT_EQ(changes, 4);
+  EXPECT_TRUE(lists->picModList->hasFocus()) << "the bar never keeps the focus";
+
+  QTest::mousePress(bar, Qt::LeftButton, {}, {8, 20});
+  QTest::mouseMove(bar, {8, 50});
+  EXPECT_LT(lists->ModScroll, -100);
+  QTest::mouseMove(bar, {8, 115});
+  EXPECT_EQ(lists->ModScroll, -1080);
+  EXPECT_EQ(scrolls, 2);
+  EXPECT_EQ(changes, 4);
+  QTest::mouseRelease(bar, Qt::LeftButton, {}, {8, 115});
+  EXPECT_EQ(changes, 5);
+  EXPECT_EQ(lists->ModScroll, -1080);
+}
+
+TEST_F(Lists, CanBeReadAndTickedByAScreenReader) {
+  AddType(1, 6);
+  AddType(2, 0);
+  Open();
+  QAccessibleInterface* const types = QAccessible::queryAccessibleInterface(lists->picTypeList);
+  QAccessibleInterface* const mods = QAccessible::queryAccessibleInterface(lists->picModList);
+  ASSERT_EQ(types->childCount(), 2);
+  EXPECT_EQ(types->role(), QAccessible::List);
+  EXPECT_EQ(types->text(QAccessible::Name), "Kategorien");
+  EXPECT_EQ(types->child(0)->text(QAccessible::Name), "Typ1");
+  EXPECT_EQ(types->child(0)->text(QAccessible::Description), "Anzahl Mods: 6");
+  EXPECT_TRUE(types->child(0)->state().selected);
+
+  ASSERT_EQ(mods->childCount(), 7) << "six rows and the scroll bar";
+  EXPECT_EQ(mods->child(6)->role(), QAccessible::ScrollBar);
+  QAccessibleInterface* const row = mods->child(5);
+  EXPECT_EQ(mods->indexOfChild(row), 5);
+  EXPECT_EQ(row->parent(), mods);
+  EXPECT_EQ(row->role(), QAccessible::ListItem);
+  EXPECT_EQ(row->text(QAccessible::Name), "Mod1.6");
+  EXPECT_EQ(row->text(QAccessible::Description), QStringLiteral("Grüße 1.6"));
+  EXPECT_TRUE(row->state().checkable);
+  EXPECT_TRUE(row->state().checked);
+  EXPECT_TRUE(row->state().offscreen);
+  EXPECT_FALSE(row->state().selected);
+
+  lists->picModList->setFocus();
+  row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(Ticks(), "xxxxx.");
+  EXPECT_FALSE(row->state().checked);
+  EXPECT_FALSE(row->state().offscreen);
+  EXPECT_TRUE(row->state().focused);
+  EXPECT_EQ(mods->focusChild(), row);
+  EXPECT_TRUE(types->child(0)->state().checkStateMixed);
+  EXPECT_EQ(mods->childAt(row->rect().center().x(), row->rect().center().y()), row);
+
+  types->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(lists->CurType, 2);
+  EXPECT_FALSE(row->isValid());
+  EXPECT_EQ(mods->childCount(), 0);
+  EXPECT_EQ(mods->text(QAccessible::Description), "Keine Mods in dieser Kategorie gefunden.");
+  lists->picTypeList->setEnabled(false);
+  EXPECT_THAT(types->child(0)->actionInterface()->actionNames(), IsEmpty());
+}
+
+TEST(ListAccessibility, TellsWhatHasChanged) {
+  struct Rows : AccessibleRows {
+    [[nodiscard]] int Count() const override { return static_cast<int>(rows.size()); }
+    [[nodiscard]] QString Name(int row) const override { return rows[At(row)].first; }
+    [[nodiscard]] QString Description(int /*row*/) const override { return {}; }
+    [[nodiscard]] Qt::CheckState Tick(int row) const override { return rows[At(row)].second; }
+    [[nodiscard]] int Current() const override { return current; }
+    [[nodiscard]] int Top(int /*row*/) const override { return 0; }
+    [[nodiscard]] int Height() const override { return kRow; }
+    [[nodiscard]] QString EmptyText() const override { return {}; }
+    void Press(int /*row*/) override {}
+    void Toggle(int /*row*/) override {}
+    static std::size_t At(int row) { return static_cast<std::size_t>(row - 1); }
+
+    std::vector<std::pair<QString, Qt::CheckState>> rows = {{"A", Qt::Checked}, {"B", Qt::Checked}};
+    int current = 0;
+  } rows;
+  ListAccessibility::Changes changes;
+  const auto since = [&] {
+    std::string text;
+    for (const auto& [kind, row] : changes.Since(rows)) {
+      if (kind == QAccessible::ObjectReorder) text += "other rows ";
+      if (kind == QAccessible::StateChanged) text += "tick " + std::to_string(row) + " ";
+      if (kind == QAccessible::Selection) text += "selection " + std::to_string(row) + " ";
+    }
+    return text;
+  };
+  EXPECT_EQ(since(), "other rows ");
+  EXPECT_EQ(since(), "");
+  rows.current = 2;
+  rows.rows[0].second = Qt::PartiallyChecked;
+  EXPECT_EQ(since(), "tick 1 selection 2 ");
+  rows.rows[1].first = "C";
+  rows.rows[1].second = Qt::Unchecked;
+  EXPECT_EQ(since(), "other rows selection 2 ");
+  rows.current = 3;
+  EXPECT_EQ(since(), "") << "a row that isn't there";
+}

@@ -1,0 +1,270 @@
+#include <QAccessible>
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <optional>
+
+#include <gmock/gmock.h>
+
+#include "controls/Hand.h"
+#include "controls/RenderedAt.h"
+#include "controls/skinBtn.h"
+#include "pack/clsIMGtool.h"
+#include "platform/FileSystem.h"
+#include "support/PackFile.h"
+#include "support/TempFolder.h"
+#include "ui/DetailView.h"
+#include "ui/PictureSurface.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const QColor kBackground(0xB3, 0xB8, 0xC5);
+
+std::string Encoded(const QImage& image, const char* format) {
+  QBuffer bytes;
+  bytes.open(QIODevice::WriteOnly);
+  EXPECT_TRUE(image.save(&bytes, format));
+  return bytes.data().toStdString();
+}
+
+std::string Plain(const char* format, const QColor& colour, const QSize& size = {40, 40}) {
+  QImage image(size, QImage::Format_RGB32);
+  image.fill(colour);
+  return Encoded(image, format);
+}
+
+/// A GIF of two frames of one pixel, the first green, the second red.
+std::string TwoFrames() {
+  const QByteArray bytes = QByteArray::fromHex(
+      "474946383961 01000100 800000 00ff00 ff0000"  // colours 0 green, 1 red
+      "2c 00000000 01000100 00 02 024401 00"
+      "2c 00000000 01000100 00 02 024c01 00 3b");
+  return bytes.toStdString();
+}
+
+/// A bitmap whose lines stand from top to bottom: its height is negative.
+std::string TopDown(std::string bitmap) {
+  bitmap.replace(22, 4, "\xD8\xFF\xFF\xFF");
+  return bitmap;
+}
+
+/// A bitmap whose header claims 60,000 x 60,000 pixels.
+std::string HugeClaim() {
+  std::string bytes = Plain("BMP", Qt::red);
+  for (const std::size_t field : {18U, 22U}) bytes.replace(field, 4, "\x60\xEA\x00\x00", 4);
+  return bytes;
+}
+
+class DetailViewTest : public testing::Test {
+ protected:
+  DetailViewTest() {
+    folder.MakeFolder("temp");
+    WriteArchive(folder, "pack.kvpk",
+                 {{"green.png", Plain("PNG", Qt::green)},
+                  {"green.jpg", Plain("JPEG", Qt::green)},
+                  {"green.bmp", Plain("BMP", Qt::green)},
+                  {"top_down.bmp", TopDown(Plain("BMP", Qt::green))},
+                  {"green.gif", TwoFrames()},
+                  {"named_wrong.bmp", Plain("PNG", Qt::green)},
+                  {"blue.png", Plain("PNG", Qt::blue)},
+                  {"wide.png", Plain("PNG", Qt::red, {80, 10})},
+                  {"tall.png", Plain("PNG", Qt::red, {10, 80})},
+                  {"text.png", "no picture at all"},
+                  {"vector.svg", "<svg xmlns='http://www.w3.org/2000/svg'/>"},
+                  {"huge.bmp", HugeClaim()},
+                  {"..\\out.png", Plain("PNG", Qt::red)}});
+    pack.Load(folder.Dos("pack.kvpk"));
+    hand.window.resize(675, 591);
+    view.emplace(&hand.window, files, pack, folder.Dos("temp"), [this] { ++clicks; });
+    hand.Open();
+  }
+
+  [[nodiscard]] QColor Middle() const {
+    const QImage image = RenderedAt(*view->picDescPic, 1);
+    return image.pixelColor(image.rect().center());
+  }
+  /// Roughly, as JPEG changes colours.
+  [[nodiscard]] bool IsGreen() const {
+    const QColor colour = Middle();
+    return colour.red() < 8 && colour.green() > 247 && colour.blue() < 8;
+  }
+  void ClickOn(const QWidget& widget, Qt::MouseButton button = Qt::LeftButton) {
+    hand.MoveTo(widget.geometry().center());
+    hand.Click(button);
+  }
+
+  TempFolder folder;
+  FileSystem files;
+  clsIMGtool pack{files};
+  Hand hand;
+  int clicks = 0;
+  std::optional<DetailView> view;
+};
+
+TEST_F(DetailViewTest, ShowsPicturesOfEachFormatAndLeavesNoFile) {
+  for (const char* const name :
+       {"green.png", "green.jpg", "green.bmp", "top_down.bmp", "green.gif", "named_wrong.bmp"}) {
+    view->SetPicture("blue.png");
+    ASSERT_EQ(Middle(), QColor(Qt::blue));
+    view->SetPicture(name);
+    EXPECT_TRUE(IsGreen()) << name << ": " << Middle().name().toStdString();
+    EXPECT_EQ(view->Tag(), name);
+    EXPECT_THAT(folder.List("temp"), IsEmpty());
+  }
+}
+
+TEST_F(DetailViewTest, KeepsThePictureWhenAnotherCannotBeShown) {
+  folder.Write("out.png", Plain("PNG", Qt::red));
+  view->SetPicture("blue.png");
+  for (const char* const name : {"missing.png", "BLUE.PNG", "..\\out.png", "..", "C:\\out.png",
+                                 "text.png", "vector.svg", "huge.bmp"}) {
+    view->SetPicture(name);
+    EXPECT_EQ(view->Tag(), "blue.png") << name;
+    EXPECT_EQ(Middle(), QColor(Qt::blue)) << name;
+  }
+  EXPECT_THAT(folder.List("temp"), ElementsAre("huge.bmp", "text.png", "vector.svg"));
+  EXPECT_EQ(folder.Read("out.png"), Plain("PNG", Qt::red));
+}
+
+TEST_F(DetailViewTest, ReadsThePackOnlyForAnotherName) {
+  view->SetPicture("green.png");
+  files.Faults().FailAt(0);
+  view->SetPicture("green.png");
+  view->picDescPic->resize(300, 100);
+  view->SetPicture(view->Tag());
+  view->SetPicture("");
+  view->SetPicture("");
+  view->cmdDescription_MousDown();
+  EXPECT_EQ(files.Faults().Count(), 0);
+  view->SetPicture("green.png");
+  EXPECT_GT(files.Faults().Count(), 0);
+}
+
+TEST_F(DetailViewTest, ShowsTheBuiltInPictureForAnEmptyName) {
+  view->SetPicture("");
+  const QImage builtIn = RenderedAt(*view->picDescPic, 1);
+  view->SetPicture("green.png");
+  EXPECT_NE(RenderedAt(*view->picDescPic, 1), builtIn);
+  view->SetPicture("");
+  EXPECT_EQ(RenderedAt(*view->picDescPic, 1), builtIn);
+  EXPECT_EQ(view->Tag(), "");
+  EXPECT_EQ(builtIn.pixelColor(0, 0), kBackground);
+}
+
+TEST_F(DetailViewTest, FitsThePictureExactlyOnEveryScreen) {
+  view->picDescPic->resize(640, 240);
+  struct Edges {
+    const char* name;
+    QPoint outside;
+    QPoint first;
+    QPoint last;
+    QPoint beyond;
+  };
+  for (const Edges& row : {
+           Edges{"wide.png", {320, 79}, {0, 80}, {639, 159}, {320, 160}},
+           Edges{"tall.png", {304, 0}, {305, 0}, {334, 239}, {335, 239}},
+       }) {
+    view->SetPicture(row.name);
+    for (const int ratio : {1, 2, 3}) {
+      const QImage image = RenderedAt(*view->picDescPic, ratio);
+      const QPoint lastPart(ratio - 1, ratio - 1);
+      EXPECT_EQ(image.pixelColor(row.outside * ratio + lastPart), kBackground) << row.name << ratio;
+      EXPECT_EQ(image.pixelColor(row.first * ratio), QColor(Qt::red)) << row.name << ratio;
+      EXPECT_EQ(image.pixelColor(row.last * ratio + lastPart), QColor(Qt::red))
+          << row.name << ratio;
+      EXPECT_EQ(image.pixelColor(row.beyond * ratio), kBackground) << row.name << ratio;
+    }
+  }
+}
+
+TEST_F(DetailViewTest, KeepsTheDetailThatAFineScreenCanShow) {
+  QImage stripes(800, 400, QImage::Format_RGB32);
+  for (int x = 0; x < stripes.width(); ++x) {
+    for (int y = 0; y < stripes.height(); ++y)
+      stripes.setPixelColor(x, y, x % 2 ? Qt::black : Qt::white);
+  }
+  WriteArchive(folder, "pack.kvpk", {{"stripes.png", Encoded(stripes, "PNG")}});
+  pack.Load(folder.Dos("pack.kvpk"));
+  view->picDescPic->resize(400, 200);
+  view->SetPicture("stripes.png");
+  const QImage fine = RenderedAt(*view->picDescPic, 2);
+  EXPECT_EQ(fine.pixelColor(400, 200), QColor(Qt::white));
+  EXPECT_EQ(fine.pixelColor(401, 200), QColor(Qt::black));
+}
+
+TEST_F(DetailViewTest, SwitchesTheViewByMouseKeyboardAndScreenReader) {
+  view->SetPicture("green.png");
+  view->SetDescription("Text");
+  view->cmdPicture_MousDown();
+  const auto press = [](skinBtn* tab) {
+    QAccessibleInterface* const button = QAccessible::queryAccessibleInterface(tab);
+    button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  };
+  const auto key = [](skinBtn* tab, Qt::Key which) {
+    tab->setFocus();
+    QTest::keyClick(tab, which);
+  };
+  const std::vector<std::function<void(skinBtn*)>> ways = {
+      [&](skinBtn* tab) { ClickOn(*tab); },
+      [&](skinBtn* tab) { ClickOn(*tab, Qt::RightButton); },
+      [&](skinBtn* tab) { key(tab, Qt::Key_Space); },
+      [&](skinBtn* tab) { key(tab, Qt::Key_Return); },
+      press,
+  };
+  for (std::size_t way = 0; way < ways.size(); ++way) {
+    for (const bool toText : {true, false}) {
+      skinBtn* const shown = toText ? view->cmdDescription : view->cmdPicture;
+      skinBtn* const other = toText ? view->cmdPicture : view->cmdDescription;
+      clicks = 0;
+      ways[way](shown);
+      EXPECT_EQ(clicks, 1) << way;
+      EXPECT_EQ(view->txtDescription->isVisible(), toText) << way;
+      EXPECT_TRUE(shown->LookDown() && !shown->AutoDrawButton()) << way;
+      EXPECT_TRUE(!other->LookDown() && other->AutoDrawButton()) << way;
+    }
+  }
+  EXPECT_EQ(view->txtDescription->toPlainText(), "Text");
+  EXPECT_EQ(view->Tag(), "green.png");
+}
+
+TEST_F(DetailViewTest, StaysPressedWhenTheMouseLeavesTheTab) {
+  ClickOn(*view->cmdDescription);
+  hand.MoveTo({400, 100});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !view->cmdDescription->IsWatching(); }));
+  EXPECT_TRUE(view->cmdDescription->LookDown());
+}
+
+TEST_F(DetailViewTest, ShowsTheTextToReadAndToCopy) {
+  QPlainTextEdit& box = *view->txtDescription;
+  view->cmdDescription_MousDown();
+  view->SetDescription("F\xFCr K\xF6nner\r\n\r\n\x84Los!\x93 \x80 5\r\n");
+  EXPECT_EQ(box.toPlainText(), QString("Für Könner\n\n„Los!“ € 5\n"));
+  EXPECT_TRUE(box.verticalScrollBar()->isVisible());
+
+  box.setFocus();
+  QTest::keyClicks(&box, "x");
+  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString("Für Könner\n\n„Los!“ € 5\n"));
+}
+
+TEST_F(DetailViewTest, ShowsAnotherTextFromItsTopAndKeepsThePlaceInTheSame) {
+  std::string lines;
+  for (int i = 0; i < 200; ++i) lines += "Zeile\r\n";
+  view->cmdDescription_MousDown();
+  view->SetDescription(lines);
+  QScrollBar& bar = *view->txtDescription->verticalScrollBar();
+  bar.setValue(100);
+  view->SetDescription(lines);
+  EXPECT_EQ(bar.value(), 100);
+  view->SetDescription(lines + "Ende");
+  EXPECT_EQ(bar.value(), 0);
+}
+
+}  // namespace
