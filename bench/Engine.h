@@ -20,7 +20,6 @@ class SilentHost : public InstallHost {
   void SetTotalProgress(std::int32_t /*value*/) override {}
   void DoEvents() override {}
   void ShowFinalMessage(const std::string& /*text*/) override {}
-  void ShowFailure(const std::string& /*text*/, const std::string& /*title*/) override {}
 };
 
 class SilentShell : public ShellOpener {

@@ -102,10 +102,17 @@ void SyncPlain(const std::filesystem::path& path) {
   PlainFile(path, PlainFile::Mode::kReadWrite).Sync();
 }
 
-void SettleDisk(const std::filesystem::path& folder) {
+void SettleMachine(const std::filesystem::path& folder) {
   const int number = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   Require(number >= 0, "open");
   const int result = syncfs(number);
   close(number);
   Require(result == 0, "sync");
+
+  const std::filesystem::path filler = folder / "filler.bin";
+  const std::string block(std::size_t{1} << 20, 'x');
+  const PlainFile file(filler, PlainFile::Mode::kCreate);
+  for (int i = 0; i < 1024; ++i) file.Write(block);
+  file.SetSize(0);
+  std::filesystem::remove(filler);
 }

@@ -39,5 +39,8 @@ void WritePlain(const std::filesystem::path& path, std::string_view bytes);
 void CopyByCommand(const std::filesystem::path& from, const std::filesystem::path& to);
 void SyncPlain(const std::filesystem::path& path);
 /// Waits until everything that was written to the file system of `folder` is on the disk, so that
-/// it doesn't weigh on what is measured next.
-void SettleDisk(const std::filesystem::path& folder);
+/// it doesn't weigh on what is measured next. Then fills memory with a file of 1 GiB there, more
+/// than any row writes, and removes it, so that what is measured next finds memory that the machine
+/// has: a virtual one hands free memory back to its host, and getting it again takes several times
+/// what copying into it does.
+void SettleMachine(const std::filesystem::path& folder);

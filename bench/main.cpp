@@ -69,13 +69,13 @@ struct Result {
 
 Seconds TimeOfYardstick(Row& row, const std::filesystem::path& folder) {
   row.BeforeYardstick();
-  SettleDisk(folder);
+  SettleMachine(folder);
   return SecondsOf([&] { row.RunYardstick(); });
 }
 
 Seconds TimeOfWork(Row& row, const std::filesystem::path& folder) {
   row.BeforeWork();
-  SettleDisk(folder);
+  SettleMachine(folder);
   const Seconds seconds = SecondsOf([&] { row.RunWork(); });
   row.CheckWork();
   return seconds;
