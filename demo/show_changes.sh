@@ -1,14 +1,8 @@
 #!/usr/bin/env bash
-# show_install.sh KVPK PACK GAME: installs PACK into the game directory GAME and prints what
-# changed there: line by line for text files, entry by entry for archives.
+# show_changes.sh KVPK BEFORE GAME: prints what changed between two states of a game directory,
+# line by line for text files, entry by entry for archives.
 set -euo pipefail
-kvpk=$(realpath "$1") pack=$(realpath "$2") game=$(realpath "$3")
-before=$(mktemp -d)
-trap 'rm -rf "$before"' EXIT
-cp -a "$game/." "$before"
-
-# The pack's scripts look for files in the current directory first; they shall find none.
-(cd "$before/.." && "$kvpk" install "$pack" --game "$game")
+kvpk=$1 before=$2 game=$3
 
 # text DIR: the text files of a directory, as UTF-8 lines headed by their names.
 text() { (cd "$1" && [ -f "$2" ] && iconv -f WINDOWS-1252 -t UTF-8 "$2" | tr -d '\r') || true; }
