@@ -6,18 +6,21 @@
 open_screen() {
   local number
   screen_folder=$(mktemp -d)
-  # The server picks a free number and says which.
-  Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$screen_folder/number" 2>/dev/null &
+  # The server picks a free number and says which. Without -noreset it would start anew whenever its
+  # last client leaves, and throw out whoever is coming in just then: the window manager, when
+  # xdotool was first.
+  Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp -noreset 3>"$screen_folder/number" \
+    2>"$screen_folder/server.log" &
   screen_server=$!
   trap close_screen EXIT
-  wait_until test -s "$screen_folder/number"
+  wait_until test -s "$screen_folder/number" || { cat "$screen_folder/server.log" >&2; return 1; }
   number=$(cat "$screen_folder/number")
   export DISPLAY=":$number"
   unset WAYLAND_DISPLAY
   export QT_QPA_PLATFORM=xcb
-  XDG_CONFIG_HOME="$screen_folder" openbox >/dev/null 2>&1 &
+  XDG_CONFIG_HOME="$screen_folder" openbox >"$screen_folder/manager.log" 2>&1 &
   screen_manager=$!
-  wait_until manager_is_up
+  wait_until manager_is_up || { cat "$screen_folder"/*.log >&2; return 1; }
 }
 
 close_screen() {
