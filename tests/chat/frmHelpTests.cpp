@@ -72,8 +72,7 @@ TEST(frmHelp, LaysOutItsControls) {
   EXPECT_EQ(chat.Find<QWidget>("cmdClose")->geometry(), QRect(438, 346, 57, 17));
   EXPECT_TRUE(chat.Input()->hasFocus());
   EXPECT_TRUE(chat.window.windowFlags().testFlag(Qt::FramelessWindowHint));
-  // It takes the whole of a line of text.
-  EXPECT_LE(chat.Input()->fontMetrics().height(), chat.Input()->height());
+  EXPECT_LE(chat.Input()->fontMetrics().height(), chat.Input()->height()) << "a whole line of text";
 }
 
 TEST(frmHelp, RegistersUnderADrawnName) {
@@ -109,11 +108,8 @@ TEST(frmHelp, ShowsWhatTheServerBrings) {
            {":bob!b@h NOTICE #mod-community :<b>x</b> &amp; http://a",
             "|bob\t\t:<b>x</b> &amp; http://a"},
            {":bob!b@h TOPIC #mod-community :Neues", "|bob\t\t:Neues"},
-           {":bob!b@h PRIVMSG #mod-community :\x01"
-            "ACTION winkt\x01",
-            "|bob\t\t:\x01"
-            "ACTION winkt\x01"},
-           {":bob!b@h PRIVMSG #mod-community :a\x02\x07\x1B[31mb", "|bob\t\t:a\x02\x07\x1B[31mb"},
+           {":bob!b@h PRIVMSG #mod-community :\1ACTION a\x02\x07\x1B[31mb\1",
+            "|bob\t\t:\1ACTION a\x02\x07\x1B[31mb\1"},
            {":bob!b@h JOIN :#mod-community", "|-->\t\t:bob hat das Chat betreten!"},
            {":bob!b@h PART #mod-community :weg",
             "|bob\t\t:weg|-->\t\t:bob hat das Chat verlassen!"},
@@ -145,6 +141,7 @@ TEST(frmHelp, HandlesEnterAndTheHint) {
   chat.Enter();
   EXPECT_EQ(chat.Input()->toPlainText(), "\n") << "the hint goes after the send has stopped";
   chat.Enter();
+  EXPECT_EQ(chat.Input()->toPlainText(), "\n") << "line breaks don't pile up";
   chat.Type("  ");
   chat.Enter();
   EXPECT_EQ(chat.Messages(), before) << "blanks alone send nothing";

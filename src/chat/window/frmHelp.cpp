@@ -151,6 +151,7 @@ void frmHelp::PlaceControls() {
   txtMessages->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   SkinScrollBar::Apply(*txtMessages->verticalScrollBar());
   txtMessages->setAccessibleName("Nachrichten");
+  // It isn't read-only, on purpose: what the user notes in it concerns nobody.
   // What is undone would be kept beside what is shown.
   txtMessages->setUndoRedoEnabled(false);
   txtMessages->setPlainText("KVPK Chat\n");
@@ -208,12 +209,20 @@ void frmHelp::AddMessage(const std::string& text, const std::string& sender) {
 
 // Sending.
 
+// One message is one line: line ends are taken out of the box, even if nothing is sent then.
+void frmHelp::TakeOutLineEnds() {
+  QString typed = txtNachricht->document()->toRawText();
+  const auto length = typed.size();
+  typed.remove(QChar::ParagraphSeparator).remove(QChar::LineSeparator);
+  if (typed.size() == length) return;
+  txtNachricht->setPlainText(typed);
+  txtNachricht->moveCursor(QTextCursor::End);
+}
+
 void frmHelp::cmdSend_Click() {
   Trapped("frmHelp.cmdSend_Click", [this] {
-    // One message is one line: line ends within it are taken out.
-    QString typed = txtNachricht->document()->toRawText();
-    typed.remove(QChar::ParagraphSeparator).remove(QChar::LineSeparator);
-    const std::string message = WithoutLineEnds(EngineText(typed));
+    TakeOutLineEnds();
+    const std::string message = WithoutLineEnds(EngineText(txtNachricht->document()->toRawText()));
     if (::Text::Trim(message).empty() || tag_ == "1") return;
     IRC_.Say(std::string(kChannel), message);
     AddMessage(message, "");

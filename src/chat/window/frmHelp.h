@@ -56,6 +56,7 @@ class frmHelp : public QWidget, private IRCEvents {
   void DrawNickName();
   void ShowInFrontOf(QWidget* owner);
 
+  void TakeOutLineEnds();
   void cmdSend_Click();
   void cmdClose_Click();
   bool txtNachricht_Event(QEvent& event);
