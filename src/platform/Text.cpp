@@ -74,27 +74,27 @@ bool DifferInMoreThanCase(std::string_view left, std::string_view right) {
   return ((leftWord ^ rightWord) & kOtherBits) != 0;
 }
 
-// The number of bytes of the UTF-8 character with this first byte; 0 where it begins none, and
-// for those of four bytes, none of which Windows-1252 has.
+// The number of bytes of the UTF-8 character with this first byte; 0 where it begins none.
 std::size_t LengthByFirstByte(unsigned first) {
   if (first < 0x80) return 1;
   if (first >= 0xC2 && first <= 0xDF) return 2;
+  if (first >= 0xF0 && first <= 0xF4) return 4;
   return first >= 0xE0 && first <= 0xEF ? 3 : 0;
 }
 
 // The character of `bytes`, which has the length that its first byte asks for; nothing if it
 // isn't well-formed. (Surrogates come out as such: no table has them.)
 std::optional<unsigned> DecodeCharacter(std::string_view bytes) {
+  constexpr std::array<unsigned, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
   unsigned code = static_cast<unsigned char>(bytes[0]);
   if (bytes.size() == 1) return code;
-  code &= bytes.size() == 2 ? 0x1FU : 0x0FU;
+  code &= 0x7FU >> bytes.size();
   for (const char next : bytes.substr(1)) {
     const unsigned byte = static_cast<unsigned char>(next);
     if ((byte & 0xC0U) != 0x80U) return std::nullopt;
     code = (code << 6U) | (byte & 0x3FU);
   }
-  const bool tooLong = bytes.size() == 3 && code < 0x800;
-  return tooLong ? std::nullopt : std::optional(code);
+  return code < kSmallest.at(bytes.size()) ? std::nullopt : std::optional(code);
 }
 
 void AppendUtf8(std::string& out, unsigned code) {
