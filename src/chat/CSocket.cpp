@@ -401,6 +401,9 @@ bool CSocket::DrainForClose() {
   return true;
 }
 
+// A look-up can't be called off. An earlier one that fails counts against a later one, and one that
+// ends after `CloseSocket` goes on to a connect without a socket, which fails with 10038. Kept on
+// purpose.
 void CSocket::PostGetHostEvent(std::int32_t requestId, std::uint32_t hostAddress,
                                const std::string& hostName, int error) {
   FailingAs("CSocket.PostGetHostEvent", [&] {

@@ -69,9 +69,11 @@ class IrcParser {
   /// Sends a line, without its end, or fails.
   virtual void SendLine(const std::string& line) = 0;
 
-  /// For a registration: the host is asked for anew.
+  /// For a registration. The server isn't asked again by this, so after a reconnect by the timer
+  /// the host stays empty. Kept on purpose.
   void ForgetHosts();
   void ForgetChannels() { Channels_.clear(); }
+  /// Has the next registration ask for the host.
   void AskForHost() { HostKnown_ = false; }
   [[nodiscard]] IRCEvents& Events() const { return events_; }
 
