@@ -111,6 +111,8 @@ bool BorderlessFrame::MousePressed(const QMouseEvent& event) {
 }
 
 bool BorderlessFrame::MouseMoved(const QMouseEvent& event) {
+  // The button may have been let go unheard, as while a message box was in front.
+  if (event.buttons() == Qt::NoButton) follows_ = false;
   if (follows_) {
     const QPoint way = event.globalPosition().toPoint() - mouseFrom_;
     form_->setGeometry(Dragged(boxFrom_, edges_, way, form_->minimumSize()));

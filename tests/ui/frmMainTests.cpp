@@ -326,6 +326,13 @@ TEST_F(MainWindow, MovesByItsTitleStripOnly) {
   EXPECT_EQ(drag({640, 15}), QPoint(0, 0)) << "on a button";
   EXPECT_EQ(drag({300, 20}), QPoint(30, 20));
   EXPECT_EQ(drag({300, 20}, Qt::RightButton), QPoint(30, 20));
+
+  const QPoint before = window.pos();
+  QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, {300, 20});
+  QMouseEvent move(QEvent::MouseMove, {310, 20}, before + QPoint(310, 20), {}, {}, {});
+  QApplication::sendEvent(window.windowHandle(), &move);
+  EXPECT_EQ(window.pos(), before) << "the release was lost";
+  QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, {300, 20});
 }
 
 TEST_F(MainWindow, OpensADroppedPack) {
