@@ -17,6 +17,9 @@
 
 namespace {
 
+/// More letters than go on a line of the widest screen. The rest would cost time, unseen.
+constexpr qsizetype kMostLetters = 4000;
+
 // Lines mostly come in runs of one font, and asking for its data costs more than drawing.
 class LinePrinter {
  public:
@@ -75,7 +78,7 @@ void ListSurface::FillBox(const QRect& box, ColourNumber colour) {
 
 void ListSurface::Print(const QPoint& place, const QString& text, const QFont& font,
                         ColourNumber colour) {
-  painted_.emplace_back(Line{place, text, font, colour});
+  painted_.emplace_back(Line{place, text.left(kMostLetters), font, colour});
 }
 
 void ListSurface::KeepAsBackground() {
