@@ -157,7 +157,7 @@ bool frmMain::AskToLeaveRun() {
 void frmMain::WritePosition() {
   // Where nobody minimises windows, one that was asked to go stays on the screen.
   const bool isAway = isMinimized() && !windowHandle()->isExposed();
-  if (isAway || isMaximized()) return;
+  if (isAway || isMaximized() || isFullScreen()) return;
   const auto number = [](int pixels) { return Text::CheckedInt16(pixels, "the window's place"); };
   const WindowPosition place{number(x()), number(y()), number(width()), number(height())};
   basIni::INIWrite(surroundings_.files, iniPath_, "Settings", "Position", place.Text());
