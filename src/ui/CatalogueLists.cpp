@@ -357,7 +357,7 @@ void CatalogueLists::SetTypeSelection(std::int16_t TypeID) {
   });
 }
 
-// Without a selected type this ticks the mods of the placeholder's type, number 0.
+// Without a selected type this ticks the mods of the placeholder's type, number 0. Kept as it is.
 void CatalogueLists::picTypeList_Click() {
   Trapped("frmMain.picTypeList_Click", [&] {
     if (std::exchange(TickPending, false)) {
@@ -388,6 +388,8 @@ void CatalogueLists::picModList_Click() {
 
 // --------------------------------------------------------------------------------------- mouse
 
+// The mod list keeps its offset when the type changes, on purpose: its bar pulls it back if the new
+// rows don't reach that far.
 void CatalogueLists::picTypeList_MouseDown(int Button, int /*Shift*/, float X, float Y) {
   Trapped("frmMain.picTypeList_MouseDown", [&] {
     neighbours_.PlayClick();
@@ -567,7 +569,8 @@ void CatalogueLists::picModList_KeyDown(int KeyCode, int Shift) {
       case kPageUp:
       case kPageDown:
         RedrawLists(false);
-        // `CurMod` stands still until the lists are repainted; the steps go by row numbers.
+        // `CurMod` stands still until the lists are repainted; the steps go by row numbers, and the
+        // last one clicks on the mod that was selected before. Kept as it is.
         for (int i = 1; i <= kRowsOfPageKey; ++i) {
           picModList_KeyDown(KeyCode == kPageUp ? kUp : kDown,
                              i < kRowsOfPageKey ? kShiftAlone : 0);

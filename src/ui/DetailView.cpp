@@ -149,6 +149,7 @@ void DetailView::PrepareText() const {
 
 void DetailView::SetPicture(const std::string& PictureName) {
   Trapped("frmMain.SetPicture", [&] {
+    // The name alone counts, on purpose: a picture of another pack with the same name isn't loaded.
     if (!PictureName.empty() && PictureName != tag_) {
       CurrentPicture_ = PictureFromPack(PictureName);
       tag_ = PictureName;

@@ -111,6 +111,7 @@ void OptionsPage::SetMusic(int value) const {
 
 bool OptionsPage::TestDirectory(const std::string& folder) const {
   if (basMain::IsGameDirectory(files_, folder)) return true;
+  // The spelling is on purpose, as is that of the folder dialog's title: both texts stay.
   neighbours_.MessageBox("Dies ist nich das GTA San Andreas Installationsverzeichnis!",
                          "Falsche Auswahl!");
   return false;

@@ -135,6 +135,8 @@ void frmMain::SetTitle(const std::string& title) {
 }
 
 void frmMain::ClickFirstType() {
+  // Where the first row is in a list that isn't scrolled. In one that is, another row lies there
+  // and is selected, and so it stays.
   constexpr float kBesideTheTicks = 31;
   lists->picTypeList_MouseDown(1, 0, kBesideTheTicks, 1);
 }
