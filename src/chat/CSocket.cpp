@@ -183,10 +183,10 @@ void CSocket::BindNow(std::int32_t lngLocalPort, std::string_view strLocalIP) {
 void CSocket::Listen() {
   FailingAs("CSocket.Listen", [this] {
     if (!SocketExists()) return;
+    state_ = StateError;  // until all has gone well
     if (!Bound_) BindNow(0, {});
-    const int error = Sockets::Listen(SocketHandle_, kBacklog);
-    state_ = error == 0 ? StateListening : StateError;
-    Check(error, "CSocket.Listen");
+    Check(Sockets::Listen(SocketHandle_, kBacklog), "CSocket.Listen");
+    state_ = StateListening;
     MSocketSupport::ExpectRequests(SocketHandle_);
   });
 }
