@@ -130,6 +130,9 @@ TEST(CSocket, RaisesWhatACallCantDo) {
   Ear second;
   EXPECT_EQ(ErrorOf([&] { second.socket.Bind(taken.Port(), kHere); }),
             "10048 CSocket.Bind: Address already in use.");
+  EXPECT_EQ(ErrorOf([&] { second.socket.Listen(); }),
+            "10048 CSocket.Listen: Address already in use.");
+  EXPECT_EQ(second.socket.State(), StateError);
   EXPECT_EQ(ErrorOf([&] { second.socket.Accept(second.socket.SocketHandle()); }),
             "10057 CSocket.Accept: Socket is not connected.");
   EXPECT_EQ(MSocketSupport::GetErrorDescription(10093), "Successful WSAStartup not yet performed.");
