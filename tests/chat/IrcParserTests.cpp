@@ -42,10 +42,8 @@ struct Row {
 };
 
 void Check(const std::vector<Row>& rows) {
-  for (const Row& row : rows) {
-    Client client(row.before);
-    EXPECT_EQ(client.Read({row.line}), row.expected) << row.line;
-  }
+  for (const Row& row : rows)
+    EXPECT_EQ(Client(row.before).Read({row.line}), row.expected) << row.line;
 }
 
 }  // namespace
@@ -53,54 +51,37 @@ void Check(const std::vector<Row>& rows) {
 TEST(CutLines, EndsALineAtEachKindOfEndAndDropsEmptyOnes) {
   EXPECT_THAT(CutLines("a\r\nb\nc\rd\n\n\r\re f"), ElementsAre("a", "b", "c", "d", "e f"));
   EXPECT_THAT(CutLines("\r\n\r\n\n"), IsEmpty());
-  EXPECT_THAT(CutLines(""), IsEmpty());
 }
 
 TEST(IrcParser, TakesPrefixesApart) {
-  struct Prefix {
-    std::string word, nick, ident, host;
-  };
-  for (const Prefix& row :
-       std::vector<Prefix>{{":a!b@c", "a", "b", "c"},
-                           {":irc.server.example", "irc.server.example", "", ""},
-                           {":a!b!c@d@e", "a", "b", "d"},
-                           {":a@h", "a@h", "", "h"},
-                           {":a@h!b", "a@h", "", "h!b"},
-                           {"", "", "", ""},
-                           {"!", "", "", ""}}) {
-    EXPECT_EQ(IrcParser::UserNick(row.word), row.nick) << row.word;
-    EXPECT_EQ(IrcParser::UserIdent(row.word), row.ident) << row.word;
-    EXPECT_EQ(IrcParser::UserHost(row.word), row.host) << row.word;
+  for (const auto& [word, parts] : std::vector<std::pair<std::string, Strings>>{
+           {":a!b@c", {"a", "b", "c"}},
+           {":irc.server.example", {"irc.server.example", "", ""}},
+           {":a!b!c@d@e", {"a", "b", "d"}},
+           {":a@h!b", {"a@h", "", "h!b"}},
+           {"", {"", "", ""}},
+           {"!", {"", "", ""}}}) {
+    EXPECT_EQ(
+        (Strings{IrcParser::UserNick(word), IrcParser::UserIdent(word), IrcParser::UserHost(word)}),
+        parts)
+        << word;
   }
 }
 
 TEST(IrcParser, TellsEveryLineOfFourWords) {
   Client client;
   client.recorder.notesData = true;
-  for (const auto& [line, expected] : std::vector<std::pair<std::string, Strings>>{
-           {":a!b@c PRIVMSG #x :Hi  you ", {":a!b@c PRIVMSG #x :Hi  you |7|#x|Hi  you "}},
-           {":a!b@c PRIVMSG #x word", {":a!b@c PRIVMSG #x word|4|#x|ord"}},
-           {":a!b@c PRIVMSG #x :", {":a!b@c PRIVMSG #x :|4|#x|"}},
-           {":a!b@c PRIVMSG #x ", {":a!b@c PRIVMSG #x |4|#x|"}},
-           {":a!b@c PRIVMSG #x", {}},
-           {"NOTICE AUTH :x y", {"NOTICE AUTH :x y|4|:x|"}},
-           {"   ", {"   |4||"}},
+  for (const auto& [line, expected] : std::vector<std::pair<std::string, std::string>>{
+           {":a!b@c PRIVMSG #x :Hi  you ", "|7|#x|Hi  you "},
+           {":a!b@c PRIVMSG #x word", "|4|#x|ord"},
+           {":a!b@c PRIVMSG #x :", "|4|#x|"},
+           {":a!b@c PRIVMSG #x ", "|4|#x|"},
+           {"NOTICE AUTH :x y", "|4|:x|"},
+           {"   ", "|4||"},
        }) {
-    Strings wrapped;
-    for (const std::string& each : expected) wrapped.push_back("OnDataArrival(" + each + ")");
-    EXPECT_EQ(client.Read({line}), wrapped) << line;
+    EXPECT_THAT(client.Read({line}), ElementsAre("OnDataArrival(" + line + expected + ")"));
   }
-}
-
-TEST(IrcParser, AnswersPings) {
-  Check({
-      {{}, "PING :abc", {"> PONG :abc"}},
-      {{}, "PING", {}},
-      {{}, "ping :abc", {}},
-      {{}, ":server PING :abc", {}},
-  });
-  Client client;
-  client.recorder.notesData = true;
+  EXPECT_THAT(client.Read({":a!b@c PRIVMSG #x"}), IsEmpty());
   EXPECT_THAT(client.Read({"PING :a b c d"}),
               ElementsAre("OnDataArrival(PING :a b c d|5|b| d)", "> PONG :a"));
 }
@@ -108,6 +89,10 @@ TEST(IrcParser, AnswersPings) {
 TEST(IrcParser, KnowsItsCommands) {
   const std::string user = ":Bob!b@h ";
   Check({
+      {{}, "PING :abc", {"> PONG :abc"}},
+      {{}, "PING", {}},
+      {{}, "ping :abc", {}},
+      {{}, ":server PING :abc", {}},
       {{}, ":s 376 me :End", {"> USERHOST me", "OnReady()"}},
       {{}, ":s 422", {"> USERHOST me", "OnReady()"}},
       {{":s 302 me :me=+id@h"}, ":s 376 me :End", {"OnReady()"}},
@@ -117,21 +102,18 @@ TEST(IrcParser, KnowsItsCommands) {
       {{}, ":s 473 me #x :invite", {"OnChanInvite(#x)"}},
       {{}, ":s 474 me #x :banned", {"OnChanBanned(#x)"}},
       {{}, ":s 475 me #x :key", {"OnChanKey(#x)"}},
-      {{}, user + "NICK :Rob", {"OnNickChangeOther(Bob|Rob)"}},
-      {{}, user + "nick Rob", {"OnNickChangeOther(Bob|Rob)"}},
+      {{}, user + "nick :Rob", {"OnNickChangeOther(Bob|Rob)"}},
       {{}, user + "NICK", {}},
       {{}, ":ME!id@h NICK :you", {"OnNickChange(ME|you)"}},
       {{}, ":me!id@h NICK", {"OnNickChange(me|me)"}},
       {{}, user + "PART #x :bye", {"OnPartOther(#x|Bob|b|h)"}},
       {{}, user + "PART", {}},
-      {{}, user + "JOIN :#x", {"OnJoinOther(#x|Bob|b|h)"}},
       {{}, user + "JOIN #x:y", {"OnJoinOther(#xy|Bob|b|h)"}},
       {{}, ":me!id@h JOIN :#x", {"OnJoin(#x)"}},
       {{}, user + "KICK #x Tom :go  now", {"OnKickOther(#x|Tom|Bob|b|h|go  now)"}},
       {{}, user + "KICK #x Tom", {}},
       {{}, user + "KICK #x", {}},
-      {{}, user + "QUIT :so long", {"OnQuitOther(Bob|b|h|so long)"}},
-      {{}, ":me!id@h QUIT :x", {"OnQuitOther(me|id|h|x)"}},
+      {{}, ":me!id@h QUIT :so long", {"OnQuitOther(me|id|h|so long)"}},
       {{}, user + "QUIT", {}},
       {{}, user + "TOPIC #x :new one", {"OnTopicChange(#x|new one|Bob|b|h)"}},
       {{}, user + "TOPIC #x", {}},
@@ -139,7 +121,6 @@ TEST(IrcParser, KnowsItsCommands) {
       {{}, user + "INVITE you :#x", {}},
       {{}, user + "INVITE me", {}},
       {{}, ":s 001 me :Welcome", {}},
-      {{}, "NOTICE AUTH :x y", {}},
       {{}, "", {}},
   });
 }
@@ -163,22 +144,15 @@ TEST(IrcParser, WalksItsChannelsOncePerEntry) {
 }
 
 TEST(IrcParser, SplitsFlags) {
-  struct Flags {
-    std::string flags, nicks, filter;
-    Strings items;
+  Client client;
+  const auto split = [&](const char* flags, const char* nicks, const char* filter) {
+    client.SplitFlags(flags, nicks, filter);
+    return client.ModeItems();
   };
-  for (const Flags& row : std::vector<Flags>{
-           {"+mv", "Tom", "", {"Tom +m", " +v"}},
-           {"+o-v+b", "a b c", "", {"a +o", "b -v", "c +b"}},
-           {"ov", "ME you", "me", {"+o", "you +v"}},
-           {"+ov", " x", "", {"+o", "x +v"}},
-           {"+-", "a", "", {}},
-           {"", "a", "", {}},
-       }) {
-    Client client;
-    client.SplitFlags(row.flags, row.nicks, row.filter);
-    EXPECT_EQ(client.ModeItems(), row.items) << row.flags;
-  }
+  EXPECT_THAT(split("+mv", "Tom", ""), ElementsAre("Tom +m", " +v"));
+  EXPECT_THAT(split("+o-v+b", "a b c", ""), ElementsAre("a +o", "b -v", "c +b"));
+  EXPECT_THAT(split("ov", "ME you", "me"), ElementsAre("+o", "you +v"));
+  EXPECT_THAT(split("+-", "a", ""), IsEmpty());
 }
 
 TEST(IrcParser, ReadsModes) {
@@ -189,12 +163,11 @@ TEST(IrcParser, ReadsModes) {
       {{}, mode + "#c +ov me you", {"OnOp" + by, done("#c|+ov|me you")}},
       {{}, mode + "#c", {}},
       {{}, mode + "#c +mv me", {done("#c|+mv|me")}},
-      {{}, mode + "#c +l 10", {done("#c|+l|10")}},
       {{}, mode + "#c :+i", {"OnSetInvite" + by, done("#c|+i|")}},
-      {{}, mode + "#c +v ME", {"OnVoice" + by, done("#c|+v|ME")}},
       {{},
-       mode + "#c -v+o-o me me me",
-       {"OnDeVoice" + by, "OnOp" + by, "OnDeOp" + by, done("#c|-v+o-o|me me me")}},
+       mode + "#c -v+o-o+v me me me ME",
+       {"OnDeVoice" + by, "OnOp" + by, "OnDeOp" + by, "OnVoice" + by,
+        done("#c|-v+o-o+v|me me me ME")}},
       {{},
        mode + "#c -i+m-m+s-s+p-p",
        {"OnRemoveInvite" + by, "OnSetModerated" + by, "OnRemoveModerated" + by, "OnSetSecret" + by,
@@ -207,73 +180,59 @@ TEST(IrcParser, ReadsModes) {
       {{}, mode + "#c +xx", {"> who me", done("#c|+xx|")}},
       {{}, mode + "me +x", {done("me|+x|")}},
   });
-}
-
-TEST(IrcParser, KeepsItsOwnModes) {
-  Client client;
-  client.Read({":me MODE me :+i"});
+  Client client({":me MODE me :+i"});
   EXPECT_EQ(client.Modes(), ":i") << "the colon counts as a letter";
   client.Read({":me MODE ME +wxi", ":me MODE me -i:"});
   EXPECT_EQ(client.Modes(), "wx");
 }
 
 TEST(IrcParser, LearnsItsHosts) {
-  struct Reply {
-    std::string line, host;
-  };
-  for (const Reply& row : std::vector<Reply>{{":s 302 me :me=+~id@my.host ", "my.host"},
-                                             {":s 302 me :me=+a@b@c", "b"},
-                                             {":s 302 me :me=+a@b=+c@d", "b"},
-                                             {":s 302 me :me=-a@b", ""},
-                                             {":s 302", ""}}) {
-    Client client({row.line});
-    EXPECT_EQ(client.Host(), row.host) << row.line;
+  for (const auto& [line, host] :
+       std::vector<std::pair<std::string, std::string>>{{":s 302 me :me=+~id@my.host ", "my.host"},
+                                                        {":s 302 me :me=+a@b=+c@d", "b"},
+                                                        {":s 302 me :me=-a@b", ""},
+                                                        {":s 302", ""}}) {
+    Client client({line});
+    EXPECT_EQ(client.Host(), host) << line;
     EXPECT_THAT(client.Read({":s 302 me :me=+x@later", ":s 422"}), ElementsAre("OnReady()"));
-    EXPECT_EQ(client.Host(), row.host) << "only the first reply counts";
+    EXPECT_EQ(client.Host(), host) << "only the first reply counts";
   }
 
   const std::string who = ":s 352 me #c id hidden s me";
   Client client({":s 302 me :me=+id@h"});
   EXPECT_THAT(client.Read({who}), IsEmpty()) << "nobody asked";
   client.Read({":op MODE #c +x"});
-  EXPECT_THAT(client.Read({":s 352 me"}), IsEmpty());
-  EXPECT_THAT(client.Read({who, who}), ElementsAre("OnNewHost(h|hidden)"));
+  EXPECT_THAT(client.Read({":s 352 me", who, who}), ElementsAre("OnNewHost(h|hidden)"));
   client.Read({":op MODE #c -x"});
   EXPECT_EQ(client.VHost(), "");
 }
 
 TEST(IrcParser, TestsBansByPattern) {
-  struct Ban {
-    std::string mask;
-    bool isMine;
-  };
-  const Strings before = {":s 302 me :me=+id@h7.net", ":op MODE #c +x",
-                          ":s 352 me #c id veil s me"};
-  for (const Ban& row : std::vector<Ban>{{"*!*@h#.net", true},
-                                         {"ME!?d@*", true},
-                                         {"[!x-z]e!id@h7.net", true},
-                                         {"[a-l]e!*", false},
-                                         {"*@veil", true},
-                                         {"*@h7", false},
-                                         {"*[", false}}) {
-    Client client(before);
-    const std::string end = row.isMine ? "(#c|op|o|h|" : "Other(#c|op|o|h|";
-    const Strings log = client.Read({":op!o@h MODE #c +b-b " + row.mask + " " + row.mask});
-    ASSERT_EQ(log.size(), 3U) << row.mask;
-    EXPECT_EQ(log[0], "OnBan" + end + row.mask + ")");
-    EXPECT_EQ(log[1], "OnUnBan" + end + row.mask + ")");
+  for (const auto& [mask, isMine] :
+       std::vector<std::pair<std::string, bool>>{{"*!*@h#.net", true},
+                                                 {"ME!?d@*", true},
+                                                 {"[!x-z]e!id@h7.net", true},
+                                                 {"[a-l]e!*", false},
+                                                 {"*@veil", true},
+                                                 {"*@h7", false},
+                                                 {"*[", false}}) {
+    Client client({":s 302 me :me=+id@h7.net", ":op MODE #c +x", ":s 352 me #c id veil s me"});
+    const std::string end = (isMine ? "(#c|op|o|h|" : "Other(#c|op|o|h|") + mask + ")";
+    const Strings log = client.Read({":op!o@h MODE #c +b-b " + mask + " " + mask});
+    ASSERT_EQ(log.size(), 3U) << mask;
+    EXPECT_EQ(log[0], "OnBan" + end);
+    EXPECT_EQ(log[1], "OnUnBan" + end);
   }
-  EXPECT_THAT(Client().Read({":op!o@h MODE #c +b me!id@"}),
-              ElementsAre("OnBan(#c|op|o|h|me!id@)", "OnMode(#c|+b|me!id@|op|o|h)"))
-      << "no host is known yet";
-  EXPECT_THAT(Client().Read({":op!o@h MODE #c +b me"}), ElementsAre("OnMode(#c|+b|me|op|o|h)"))
-      << "the client's own nick is no mask";
+  Check({
+      // No host is known yet; the client's own nick is no mask.
+      {{}, ":op!o@h MODE #c +b me!id@", {"OnBan(#c|op|o|h|me!id@)", "OnMode(#c|+b|me!id@|op|o|h)"}},
+      {{}, ":op!o@h MODE #c +b me", {"OnMode(#c|+b|me|op|o|h)"}},
+  });
 }
 
 TEST(IrcParser, GoesOnPastAHandlerThatFails) {
   struct Failing : IrcRecorder {
-    void OnDataArrival(Text /*line*/, const Strings& /*Words*/, Text /*target*/,
-                       Text /*text*/) override {
+    void OnDataArrival(Text, const Strings&, Text, Text) override {
       throw std::runtime_error("handler");
     }
   };
@@ -292,9 +251,10 @@ TEST(IrcParser, GoesOnPastAHandlerThatFails) {
 TEST(IrcParser, KeepsNoMoreThanAServerCouldMean) {
   Client client;
   for (int i = 0; i < 300; ++i) {
-    client.ProcessLine(":" + client.NickName() + " JOIN #" + std::string(1000, 'c'));
-    client.ProcessLine(":s MODE " + client.NickName() + " +" + std::string(1000, 'w'));
-    client.ProcessLine(":" + client.NickName() + " NICK " + std::string(1000, 'n'));
+    const std::string me = client.NickName();
+    client.Read({":" + me + " JOIN #" + std::string(1000, 'c'),
+                 ":s MODE " + me + " +" + std::string(1000, 'w'),
+                 ":" + me + " NICK " + std::string(1000, 'n')});
   }
   EXPECT_LE(client.NickName().size(), 512U);
   EXPECT_LE(client.Modes().size(), 256U);

@@ -29,73 +29,48 @@ class IrcRecorder : public IRCEvents {
   bool notesData = false;
 
   // One line for each event that has but texts for arguments.
-#define RECORD0(event)    \
-  void event() override { \
-    Note(#event, {});     \
+#define RECORD(event, parameters, ...) \
+  void event parameters override {     \
+    Note(#event, {__VA_ARGS__});       \
   }
-#define RECORD1(event)          \
-  void event(Text a) override { \
-    Note(#event, {a});          \
-  }
-#define RECORD2(event)                  \
-  void event(Text a, Text b) override { \
-    Note(#event, {a, b});               \
-  }
-#define RECORD4(event)                                  \
-  void event(Text a, Text b, Text c, Text d) override { \
-    Note(#event, {a, b, c, d});                         \
-  }
-#define RECORD5(event)                                          \
-  void event(Text a, Text b, Text c, Text d, Text e) override { \
-    Note(#event, {a, b, c, d, e});                              \
-  }
-#define RECORD6(event)                                                  \
-  void event(Text a, Text b, Text c, Text d, Text e, Text f) override { \
-    Note(#event, {a, b, c, d, e, f});                                   \
-  }
-  RECORD0(OnConnect)
-  RECORD0(OnClose)
-  RECORD0(OnReady)
-  RECORD1(OnJoin)
-  RECORD1(OnPart)
-  RECORD1(OnNickInUse)
-  RECORD1(OnChanBanned)
-  RECORD1(OnChanInvite)
-  RECORD1(OnChanLimit)
-  RECORD1(OnChanKey)
-  RECORD2(OnNickChange)
-  RECORD2(OnNickChangeOther)
-  RECORD2(OnNewHost)
-  RECORD4(OnJoinOther)
-  RECORD4(OnPartOther)
-  RECORD4(OnVoice)
-  RECORD4(OnDeVoice)
-  RECORD4(OnOp)
-  RECORD4(OnDeOp)
-  RECORD4(OnQuitOther)
-  RECORD4(OnSetInvite)
-  RECORD4(OnRemoveInvite)
-  RECORD4(OnSetSecret)
-  RECORD4(OnRemoveSecret)
-  RECORD4(OnSetModerated)
-  RECORD4(OnRemoveModerated)
-  RECORD4(OnSetPrivate)
-  RECORD4(OnRemovePrivate)
-  RECORD4(OnGetInvite)
-  RECORD5(OnTopicChange)
-  RECORD5(OnKick)
-  RECORD5(OnSetKey)
-  RECORD5(OnRemoveKey)
-  RECORD5(OnBan)
-  RECORD5(OnUnBan)
-  RECORD5(OnBanOther)
-  RECORD5(OnUnBanOther)
-  RECORD6(OnKickOther)
-  RECORD6(OnMode)
-#undef RECORD0
-#undef RECORD1
-#undef RECORD2
-#undef RECORD4
-#undef RECORD5
-#undef RECORD6
+  RECORD(OnConnect, ())
+  RECORD(OnClose, ())
+  RECORD(OnReady, ())
+  RECORD(OnJoin, (Text a), a)
+  RECORD(OnPart, (Text a), a)
+  RECORD(OnNickInUse, (Text a), a)
+  RECORD(OnChanBanned, (Text a), a)
+  RECORD(OnChanInvite, (Text a), a)
+  RECORD(OnChanLimit, (Text a), a)
+  RECORD(OnChanKey, (Text a), a)
+  RECORD(OnNickChange, (Text a, Text b), a, b)
+  RECORD(OnNickChangeOther, (Text a, Text b), a, b)
+  RECORD(OnNewHost, (Text a, Text b), a, b)
+  RECORD(OnJoinOther, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnPartOther, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnVoice, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnDeVoice, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnOp, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnDeOp, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnQuitOther, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnSetInvite, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnRemoveInvite, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnSetSecret, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnRemoveSecret, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnSetModerated, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnRemoveModerated, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnSetPrivate, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnRemovePrivate, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnGetInvite, (Text a, Text b, Text c, Text d), a, b, c, d)
+  RECORD(OnTopicChange, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnKick, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnSetKey, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnRemoveKey, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnBan, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnUnBan, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnBanOther, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnUnBanOther, (Text a, Text b, Text c, Text d, Text e), a, b, c, d, e)
+  RECORD(OnKickOther, (Text a, Text b, Text c, Text d, Text e, Text f), a, b, c, d, e, f)
+  RECORD(OnMode, (Text a, Text b, Text c, Text d, Text e, Text f), a, b, c, d, e, f)
+#undef RECORD
 };

@@ -17,10 +17,8 @@ class Peer {
  public:
   explicit Peer(Sockets::Handle handle) : handle_(handle) {}
   ~Peer() { Close(); }
-  Peer(const Peer&) = delete;
-  Peer& operator=(const Peer&) = delete;
+  Q_DISABLE_COPY(Peer)
   Peer(Peer&& other) noexcept : handle_(std::exchange(other.handle_, Sockets::kNone)) {}
-  Peer& operator=(Peer&&) = delete;
 
   void Close() {
     if (handle_ != Sockets::kNone) Sockets::Close(std::exchange(handle_, Sockets::kNone));
@@ -72,10 +70,7 @@ class Listener {
     EXPECT_EQ(Sockets::Listen(handle_, backlog), 0);
   }
   ~Listener() { Sockets::Close(handle_); }
-  Listener(const Listener&) = delete;
-  Listener& operator=(const Listener&) = delete;
-  Listener(Listener&&) = delete;
-  Listener& operator=(Listener&&) = delete;
+  Q_DISABLE_COPY_MOVE(Listener)
 
   [[nodiscard]] std::uint16_t Port() const {
     Sockets::Address address;

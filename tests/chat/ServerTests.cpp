@@ -1,9 +1,7 @@
 // The chat window and a real IRC server: ngircd, on a free port of this machine.
 
-#include <QApplication>
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -36,10 +34,7 @@ class IrcServer {
     EXPECT_TRUE(Until([&] { return Connect().error == 0; })) << "it never listened";
   }
   ~IrcServer() { Stop(); }
-  IrcServer(const IrcServer&) = delete;
-  IrcServer& operator=(const IrcServer&) = delete;
-  IrcServer(IrcServer&&) = delete;
-  IrcServer& operator=(IrcServer&&) = delete;
+  Q_DISABLE_COPY_MOVE(IrcServer)
 
   // A connection that stands; otherwise an error.
   [[nodiscard]] Sockets::Result Connect() const {
@@ -66,24 +61,26 @@ class IrcServer {
 // Somebody else in the channel.
 class Guest {
  public:
-  explicit Guest(const IrcServer& server) : peer_(server.Connect().value) {}
+  Guest(const IrcServer& server, const std::string& nick) : peer_(server.Connect().value) {
+    Says("NICK " + nick + "\r\nUSER x 0 * :X\r\nJOIN #mod-community");
+    Sees("JOIN :#mod-community");
+  }
 
   void Says(const std::string& line) { peer_.Send(line + "\r\n"); }
-  // Waits for a line that ends in `text`, and gives that line.
+  // Waits for a line that ends in `text`, and gives who it is from.
   std::string Sees(const std::string& text) {
-    std::string line;
+    std::string nick;
     EXPECT_TRUE(Until([&] {
       const std::string all = peer_.Received();
       const std::size_t end = all.find(text + "\r\n", seen_);
       if (end == std::string::npos) return false;
-      const std::size_t start = all.rfind('\n', end);
-      line = all.substr(start == std::string::npos ? 0 : start + 1, end - start - 1);
-      line += text;
+      const std::size_t start = all.rfind('\n', end) + 2;  // behind the colon
+      nick = all.substr(start, all.find('!', start) - start);
       seen_ = end + text.size();
       return true;
     })) << "never saw: "
         << text << "\nsaw: " << peer_.Received();
-    return line;
+    return nick;
   }
 
  private:
@@ -95,16 +92,11 @@ class Guest {
 
 TEST(Server, LetsTheWindowTalk) {
   IrcServer server;
-  Guest guest(server);
-  guest.Says("NICK modder\r\nUSER modder 0 * :Modder\r\nJOIN #mod-community");
-  guest.Sees("JOIN :#mod-community");
-
+  Guest guest(server, "modder");
   frmHelp window({"127.0.0.1", server.Port()});
   window.show();
-  const std::string join = guest.Sees("JOIN :#mod-community");
-  ASSERT_THAT(join, testing::MatchesRegex(":KELVO_USER[0-9][0-9]!.*"));
-  const std::string me = join.substr(1, join.find('!') - 1);
-
+  const std::string me = guest.Sees("JOIN :#mod-community");
+  ASSERT_THAT(me, testing::MatchesRegex("KELVO_USER[0-9][0-9]"));
   auto* const messages = window.findChild<QPlainTextEdit*>("txtMessages");
   auto* const input = window.findChild<QPlainTextEdit*>("txtNachricht");
   const auto shows = [&](const QString& end) {
@@ -122,8 +114,7 @@ TEST(Server, LetsTheWindowTalk) {
   shows("Nein.");
   guest.Says("PART #mod-community :bis gleich\r\nJOIN #mod-community");
   shows("betreten!");
-  Guest chief(server);
-  chief.Says("NICK chef\r\nUSER chef 0 * :Chef\r\nJOIN #mod-community\r\nQUIT :und weg");
+  Guest(server, "chef").Says("QUIT :und weg");
   shows("chef hat das Chat verlassen!");
 
   QTest::keyClick(input, Qt::Key_X);
@@ -152,12 +143,9 @@ TEST(Server, LetsTheWindowTalk) {
 
 TEST(Server, ThrowsTheWindowOut) {
   const IrcServer server;
-  Guest guest(server);
-  guest.Says("NICK op\r\nUSER op 0 * :Op\r\nJOIN #mod-community");
-  guest.Sees("JOIN :#mod-community");
+  Guest guest(server, "op");
   frmHelp window({"127.0.0.1", server.Port()});
-  const std::string join = guest.Sees("JOIN :#mod-community");
-  const std::string me = join.substr(1, join.find('!') - 1);
+  const std::string me = guest.Sees("JOIN :#mod-community");
   guest.Says("MODE #mod-community +b KELVO_USER*!*@*\r\nKICK #mod-community " + me + " :genug");
   auto* const messages = window.findChild<QPlainTextEdit*>("txtMessages");
   ASSERT_TRUE(Until([&] { return messages->toPlainText().endsWith("rausgeschmissen!"); }));
