@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QScrollBar>
 #include <QTest>
 #include <QWindow>
 #include <memory>
@@ -27,7 +28,10 @@ class Chat {
   Widget* Find(const char* name) {
     return window->findChild<Widget*>(name);
   }
-  QString Messages() { return Find<QPlainTextEdit>("txtMessages")->toPlainText(); }
+  QString Messages() {
+    QCoreApplication::processEvents();
+    return Find<QPlainTextEdit>("txtMessages")->toPlainText();
+  }
   QString Typed() { return input->toPlainText(); }
   void Enter() { QTest::keyClick(input, Qt::Key_Return); }
   void Type(const QString& text) {
@@ -116,6 +120,15 @@ TEST(frmHelp, ShowsWhatTheServerBrings) {
        }) {
     EXPECT_EQ(chat.ShownAfter(line), shown) << line;
   }
+
+  // A flood of lines moves the box once, not for each line.
+  int moves = 0;
+  const auto* const bar = chat.Find<QPlainTextEdit>("txtMessages")->verticalScrollBar();
+  QObject::connect(bar, &QScrollBar::valueChanged, [&] { ++moves; });
+  for (int i = 0; i < 1000; ++i) chat.window->AddMessage("x", "bob");
+  EXPECT_TRUE(chat.Messages().endsWith("\nbob\t\t:x\nbob\t\t:x"));
+  EXPECT_LT(moves, 10);
+
   chat.peer.Close();
   EXPECT_TRUE(
       Until([&] { return chat.Messages().endsWith("\n-->\t\t:Die Verbindung wurde getrennt!"); }));

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "controls/Fonts.h"
 #include "controls/Input.h"
@@ -201,9 +202,16 @@ void frmHelp::ShowInFrontOf(QWidget* owner) {
 }
 
 void frmHelp::AddMessage(const std::string& text, const std::string& sender) {
+  if (added_.isEmpty()) {
+    QMetaObject::invokeMethod(this, &frmHelp::ShowAdded, Qt::QueuedConnection);
+  }
+  added_ += "\n" + Shown(sender) + "\t\t:" + Shown(text);
+}
+
+void frmHelp::ShowAdded() {
   QTextCursor end(txtMessages->document());
   end.movePosition(QTextCursor::End);
-  end.insertText("\n" + Shown(sender) + "\t\t:" + Shown(text));
+  end.insertText(std::exchange(added_, {}));
   txtMessages->setTextCursor(end);  // scrolls down to it
 }
 

@@ -39,7 +39,9 @@ class frmHelp : public QWidget, private IRCEvents {
   frmHelp& operator=(frmHelp&&) = delete;
 
   /// Appends one line to the message box: a line break, `sender`, two tabs, ":" and `text`, both
-  /// Windows-1252 bytes. They are plain text, whatever they hold.
+  /// Windows-1252 bytes. They are plain text, whatever they hold. The box shows what was added as
+  /// soon as the events at hand are done: of ten thousand lines in one read, each scrolled to by
+  /// itself, a server could make a standstill of seconds.
   void AddMessage(const std::string& text, const std::string& sender);
 
  protected:
@@ -57,6 +59,7 @@ class frmHelp : public QWidget, private IRCEvents {
   void ShowInFrontOf(QWidget* owner);
 
   void TakeOutLineEnds();
+  void ShowAdded();
   void cmdSend_Click();
   void cmdClose_Click();
   bool txtNachricht_Event(QEvent& event);
@@ -85,6 +88,7 @@ class frmHelp : public QWidget, private IRCEvents {
   skinBtn* cmdSend;
   skinBtn* cmdClose;
   QPixmap header_;
+  QString added_;      // to the messages, and not shown yet
   QString tag_ = "1";  // of txtNachricht: "1" while it shows its hint
   std::mt19937 random_;
   QPointer<QWidget> owner_;
