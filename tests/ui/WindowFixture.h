@@ -8,9 +8,9 @@
 #include <gmock/gmock.h>
 
 #include "platform/FileSystem.h"
-#include "platform/Shell.h"
 #include "sound/Sound.h"
 #include "support/PackFile.h"
+#include "support/RecordingHost.h"
 #include "support/TempFolder.h"
 #include "ui/OptionsPage.h"
 #include "ui/SkinInputs.h"
@@ -30,14 +30,6 @@ class RecordingSounds : public SoundLibrary {
   void PlayWave(std::string_view /*wave*/) override { Calls.emplace_back("click"); }
 };
 
-class NoShell : public ShellOpener {
- public:
-  std::vector<std::string> Opened;
-  void Open(const std::string& file, const std::string& /*folder*/) override {
-    Opened.push_back(file);
-  }
-};
-
 /// The main window on a private folder: `program/` with the program's own files and `game/`, a
 /// game directory. Message boxes are answered by the test.
 class MainWindow : public testing::Test {
@@ -46,6 +38,14 @@ class MainWindow : public testing::Test {
     Folder.MakeFolder("program");
     Folder.Write("game/gta_sa.exe", "");
     Folder.Write("game/data/a.txt", "eins\r\n");
+  }
+
+  /// The setting that names the game directory, and others.
+  void WriteIniWithGame(const std::string& others = "") {
+    WriteIni("SA_InstallDir=" + Folder.Dos("game") + "\r\n" + others);
+  }
+  void WriteIni(const std::string& settings) {
+    Folder.Write("program/kelvo.ini", "[Settings]\r\n" + settings);
   }
 
   /// Two types, two mods of the first and one of the second; each mod adds its line.
@@ -58,10 +58,6 @@ class MainWindow : public testing::Test {
            "[Mod3]\r\nTypeID=1\r\nName=C\r\nInstallScript=Unsinn {<nl>\r\n"
            "[Typ1]\r\nTypeID=1\r\nName=Erste\r\nDescription=Typ eins\r\n"
            "[Typ2]\r\nTypeID=2\r\nName=Zweite\r\nDescription=Typ zwei\r\n";
-  }
-
-  void WriteIni(const std::string& settings) {
-    Folder.Write("program/kelvo.ini", "[Settings]\r\n" + settings);
   }
 
   /// Loads and shows the window as the program does.
@@ -88,6 +84,11 @@ class MainWindow : public testing::Test {
     return *Window;
   }
 
+  frmMain& StartWithPack(const std::string& info = "Title=Probe\r\n") {
+    WritePack(Folder, "program/p.kvpk", Index(info));
+    return Start();
+  }
+
   MessageBoxes::Tell Teller(const char* kind) {
     return [this, kind](QWidget*, const QString& text, const QString& title) {
       Note(kind, text, title);
@@ -97,10 +98,11 @@ class MainWindow : public testing::Test {
   void Note(const char* kind, const QString& text, const QString& title) {
     Messages.push_back(std::string(kind) + ": " + title.toStdString() + ": " + text.toStdString());
   }
+  [[nodiscard]] std::string Ini() const { return Folder.Read("program/kelvo.ini"); }
 
   TempFolder Folder;
   FileSystem Files;
-  NoShell Shell;
+  RecordingOpener Shell;
   RecordingSounds Library;
   Sound Player{Library,
                Folder.Dos("program"),

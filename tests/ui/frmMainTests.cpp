@@ -3,6 +3,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <algorithm>
 
 #include "controls/ngBtn.h"
 #include "controls/skinBtn.h"
@@ -28,10 +29,10 @@ using testing::Not;
 constexpr const char* kDone = "information: KELVO: Installation der Modifikationen abgeschlossen.";
 
 bool SplashIsThere() {
-  for (const QWidget* const window : QApplication::topLevelWidgets()) {
-    if (qobject_cast<const frmLoading*>(window) != nullptr && window->isVisible()) return true;
-  }
-  return false;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+    return qobject_cast<const frmLoading*>(window) != nullptr && window->isVisible();
+  });
 }
 
 bool PanelComesUp(const frmMain& window) {
@@ -41,13 +42,12 @@ bool PanelComesUp(const frmMain& window) {
 TEST_F(MainWindow, StartsWithThePackOfTheCommandLine) {
   WritePack(Folder, "Mein Paket.kvpk", Index());
   WritePack(Folder, "program/anderes.kvpk", Index("Title=Anderes\r\n"));
-  WriteIni("SA_InstallDir=" + Folder.Dos("game") + "\r\nPosition=40,30,700,600\r\n");
+  WriteIniWithGame("Position=40,30,700,600\r\n");
   frmMain& window = Start("\"" + Folder.Dos("Mein Paket.kvpk") + "\"");
 
   EXPECT_EQ(window.lblTitel->Caption(), "Probe");
   EXPECT_EQ(window.lblTitel2->Caption(), "Probe");
   EXPECT_EQ(window.lblTitel->geometry().right(), window.cmdClose->geometry().right());
-  EXPECT_EQ(window.geometry(), QRect(40, 30, 700, 600));
   EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
   EXPECT_EQ(window.lists->CurType, 1);
   EXPECT_EQ(window.detail->txtDescription->toPlainText(), "Typ eins");
@@ -73,8 +73,10 @@ TEST_F(MainWindow, WorksWithoutAPack) {
   EXPECT_FALSE(SplashIsThere());
   EXPECT_TRUE(PanelComesUp(window));
   EXPECT_TRUE(window.picSAInstallDir->isVisibleTo(window.panel->picPanel));
-  EXPECT_EQ(window.lists->CurType, 0);
   EXPECT_EQ(window.size(), Layout::kDesignSize);
+  QTest::keyClick(window.lists->picTypeList, Qt::Key_Down);
+  QTest::mouseClick(window.lists->picModList, Qt::LeftButton, {}, {5, 5});
+  EXPECT_EQ(window.lists->CurType, 0);
   // The way to a first pack, by the mouse.
   WritePack(Folder, "erstes.kvpk", Index());
   window.picSAInstallDir->OpenIfPack(Folder.Dos("erstes.kvpk"));
@@ -89,32 +91,26 @@ TEST_F(MainWindow, FindsTheGameByTheRegistry) {
   Folder.MakeFolder("prefix/dosdevices");
   std::filesystem::create_directory_symlink("/", Folder.At("prefix/dosdevices/z:"));
   Registry.prefixes = {Folder.At("prefix")};
-  WritePack(Folder, "program/p.kvpk", Index());
-  frmMain& window = Start();
+  frmMain& window = StartWithPack();
   EXPECT_EQ(window.Session().SAInstallDir, Text::LowerCase(Folder.Dos("game")));
   EXPECT_FALSE(PanelComesUp(window));
   window.close();
-  EXPECT_THAT(Folder.Read("program/kelvo.ini"), Not(HasSubstr("SA_InstallDir")));
+  EXPECT_THAT(Ini(), Not(HasSubstr("SA_InstallDir")));
 }
 
-struct Position {
-  const char* text;
-  QRect box;
-};
-
 TEST_F(MainWindow, KeepsItsPlaceInTheSettings) {
-  for (const Position& row : {Position{"40,30,700,600", {40, 30, 700, 600}},
-                              Position{"-2000,30,100,600", {-2000, 30, 480, 600}},
-                              Position{"10,20,500,100,9", {10, 20, 500, 250}}}) {
-    WriteIni(std::string("Position=") + row.text + "\r\n");
-    EXPECT_EQ(Start().geometry(), row.box) << row.text;
+  for (const auto& [text, box] : {std::pair("40,30,700,600", QRect(40, 30, 700, 600)),
+                                  {"-2000,30,100,600", {-2000, 30, 480, 600}},
+                                  {"10,20,500,100,9", {10, 20, 500, 250}}}) {
+    WriteIni(std::string("Position=") + text + "\r\n");
+    EXPECT_EQ(Start().geometry(), box) << text;
     Window->setGeometry(11, 12, 713, 614);
     Window->close();
-    EXPECT_THAT(Folder.Read("program/kelvo.ini"), HasSubstr("Position=11,12,713,614"));
+    EXPECT_THAT(Ini(), HasSubstr("Position=11,12,713,614"));
   }
   Start().showMaximized();
   Window->close();
-  EXPECT_THAT(Folder.Read("program/kelvo.ini"), HasSubstr("Position=11,12,713,614"));
+  EXPECT_THAT(Ini(), HasSubstr("Position=11,12,713,614"));
 }
 
 TEST_F(MainWindow, SkipsTheRestAfterABrokenSetting) {
@@ -123,9 +119,8 @@ TEST_F(MainWindow, SkipsTheRestAfterABrokenSetting) {
     WriteIni(std::string("Position=") + broken + "\r\n");
     EXPECT_TRUE(Start().isVisible());
     EXPECT_EQ(Window->lblTitel->Caption(), "") << broken << ": no pack, the start ended";
-    EXPECT_FALSE(Files.FindFirst(Folder.Dos("program\\*.*"), kFindFolders) == "inst_temp");
   }
-  WriteIni("PlayMusic=laut\r\nSA_InstallDir=" + Folder.Dos("game") + "\r\n");
+  WriteIniWithGame("PlayMusic=laut\r\n");
   frmMain& window = Start();
   EXPECT_EQ(window.lblTitel->Caption(), "Probe");
   EXPECT_EQ(window.picSAInstallDir->txtSAInstallDir->text(), "");
@@ -133,10 +128,8 @@ TEST_F(MainWindow, SkipsTheRestAfterABrokenSetting) {
 }
 
 TEST_F(MainWindow, InstallsTheTickedModsInOrder) {
-  WritePack(Folder, "program/p.kvpk",
-            Index("EndScript=AddLine {<nl>data\\a.txt<nl>eins<nl>Ende<nl>}\r\n"));
-  WriteIni("SA_InstallDir=" + Folder.Dos("game") + "\r\n");
-  frmMain& window = Start();
+  WriteIniWithGame();
+  frmMain& window = StartWithPack("EndScript=AddLine {<nl>data\\a.txt<nl>eins<nl>Ende<nl>}\r\n");
   window.Session().Pack.Mods[2].Selected = false;
   OnMessage = [&] {
     EXPECT_FALSE(window.Session().InstallRunning);
@@ -146,48 +139,40 @@ TEST_F(MainWindow, InstallsTheTickedModsInOrder) {
   // Each text goes in front of the line that it is added at, so the last stands last of them.
   EXPECT_EQ(Folder.Read("game/data/a.txt"), "eins\r\nEnde\r\nvon A\r\n");
   EXPECT_THAT(Messages, ElementsAre(kDone));
-  EXPECT_FALSE(window.Session().Pack.Mods[2].Selected);
   EXPECT_TRUE(window.picInstallProgrress->isVisibleTo(window.panel->picPanel));
   Messages.clear();
   OnMessage = {};
   window.cmdInstall_Click();
   EXPECT_THAT(Messages, ElementsAre(kDone)) << "a second run works like the first";
-}
 
-TEST_F(MainWindow, SendsTheUserToTheOptionsWithoutADirectory) {
-  WritePack(Folder, "program/p.kvpk", Index());
-  frmMain& window = Start();
+  Messages.clear();
   window.picSAInstallDir->txtSAInstallDir->clear();
   window.cmdInstall_Click();
-  EXPECT_THAT(Messages, IsEmpty());
+  EXPECT_THAT(Messages, IsEmpty()) << "without a directory there is none";
   EXPECT_TRUE(window.picSAInstallDir->isVisibleTo(window.panel->picPanel));
 }
 
 TEST_F(MainWindow, AsksBeforeItIsClosedDuringARun) {
-  WritePack(Folder, "program/p.kvpk", Index());
-  WriteIni("SA_InstallDir=" + Folder.Dos("game") + "\r\nPosition=1,2,600,500\r\n");
-  frmMain& window = Start();
-  QTest::qWait(20);  // so that the run's first round of events comes at once
-  QTimer::singleShot(0, &window, [&] { window.close(); });
-  window.cmdInstall_Click();
-  ASSERT_EQ(Messages.size(), 2U);
-  EXPECT_EQ(Messages[0],
-            "confirm: KELVO Beenden: Die Installation ist noch nicht abgeschlossen.\r\n"
-            "Wenn Sie dieses Programm jetzt schließen ist Ihre GTA San Andreas Installation "
-            "möglicherweise zerstört.\r\n\r\nWirklich beenden?");
-  EXPECT_EQ(Messages[1], kDone);
+  WriteIniWithGame("Position=1,2,600,500\r\n");
+  frmMain& window = StartWithPack();
+  const auto closeInARun = [&] {
+    QTest::qWait(20);  // so that the run's first round of events comes at once
+    QTimer::singleShot(0, &window, [&] { window.close(); });
+    window.cmdInstall_Click();
+  };
+  closeInARun();
+  EXPECT_THAT(Messages,
+              ElementsAre("confirm: KELVO Beenden: "
+                          "Die Installation ist noch nicht abgeschlossen.\r\n"
+                          "Wenn Sie dieses Programm jetzt schließen ist Ihre GTA San Andreas "
+                          "Installation möglicherweise zerstört.\r\n\r\nWirklich beenden?",
+                          kDone));
   EXPECT_TRUE(window.isVisible());
   EXPECT_THAT(Folder.Read("game/data/a.txt"), HasSubstr("von B"));
 
   Answer = true;
-  EXPECT_EXIT(
-      {
-        QTest::qWait(20);
-        QTimer::singleShot(0, &window, [&] { window.close(); });
-        window.cmdInstall_Click();
-      },
-      testing::ExitedWithCode(0), "");
-  EXPECT_THAT(Folder.Read("program/kelvo.ini"), HasSubstr("Position=1,2,600,500"));
+  EXPECT_EXIT(closeInARun(), testing::ExitedWithCode(0), "");
+  EXPECT_THAT(Ini(), HasSubstr("Position=1,2,600,500"));
   EXPECT_FALSE(Files.FindFirst(Folder.Dos("program\\inst_temp"), kFindFolders).empty());
 }
 
@@ -195,6 +180,7 @@ TEST_F(MainWindow, RemovesItsTempFolderUnlessSomethingElseIsInIt) {
   Start();
   Folder.Write("program/inst_temp/rest.tmp", "x");
   Window->close();
+  EXPECT_EQ(Folder.Read("program/inst_temp/rest.tmp"), "(missing)");
   EXPECT_TRUE(Files.FindFirst(Folder.Dos("program\\inst_temp"), kFindFolders).empty());
   EXPECT_THAT(Library.Calls.back(), "stop");
 
@@ -202,14 +188,11 @@ TEST_F(MainWindow, RemovesItsTempFolderUnlessSomethingElseIsInIt) {
   Folder.Write("program/inst_temp/rest.tmp", "x");
   Folder.Write("program/inst_temp/fremd/datei", "x");
   Window->close();
-  EXPECT_EQ(Files.FindAll(Folder.Dos("program\\inst_temp\\*.*"), kFindFolders),
-            (std::vector<std::string>{"fremd"}));
+  EXPECT_THAT(Folder.List("program/inst_temp"), ElementsAre("fremd"));
 }
 
 TEST_F(MainWindow, GivesThePackPageItsStrip) {
-  WritePack(Folder, "program/p.kvpk",
-            Index("Title=Lang\r\nHTML=<b>Hallo</b>\r\nHTMLHeight=120\r\n"));
-  frmMain& window = Start();
+  frmMain& window = StartWithPack("Title=Lang\r\nHTML=<b>Hallo</b>\r\nHTMLHeight=120\r\n");
   EXPECT_FALSE(window.html->isHidden());
   EXPECT_EQ(window.html->geometry(), QRect(0, 48, 675, 120));
   EXPECT_TRUE(QTest::qWaitFor([&] { return window.html->toPlainText().contains("Hallo"); }));
@@ -226,8 +209,7 @@ TEST_F(MainWindow, GivesThePackPageItsStrip) {
 }
 
 TEST_F(MainWindow, KeepsTheOldPackIfTheNewOneIsNone) {
-  WritePack(Folder, "program/p.kvpk", Index());
-  frmMain& window = Start();
+  frmMain& window = StartWithPack();
   Folder.Write("kein.kvpk", "This is no archive at all.");
   window.OpenKELVOFile(Folder.Dos("kein.kvpk"));
   EXPECT_EQ(window.lblTitel->Caption(), "Probe");
@@ -236,32 +218,21 @@ TEST_F(MainWindow, KeepsTheOldPackIfTheNewOneIsNone) {
   EXPECT_FALSE(SplashIsThere());
 
   WriteArchive(Folder, "leer.kvpk", {{"bild.png", "x"}});
+  // The message of a pack without an index is a place where events run: nothing else comes in.
+  OnMessage = [&] {
+    window.OpenKELVOFile(Folder.Dos("program\\p.kvpk"));
+    window.picSAInstallDir->txtSAInstallDir->setText(QString::fromStdString(Folder.Dos("game")));
+    window.cmdInstall_Click();
+  };
   window.OpenKELVOFile(Folder.Dos("leer.kvpk"));
-  ASSERT_EQ(Messages.size(), 1U);
-  EXPECT_THAT(Messages[0], testing::StartsWith("plain: EncryptFile: Error: "));
+  EXPECT_THAT(Messages, ElementsAre(testing::StartsWith("plain: EncryptFile: Error: ")));
   EXPECT_EQ(window.lblTitel->Caption(), "");
   EXPECT_EQ(window.Session().Pack.ModTypes.size(), 1U);
 }
 
-TEST_F(MainWindow, LetsNothingElseIntoAnOpening) {
-  WritePack(Folder, "zweites.kvpk", Index("Title=Zweites\r\n"));
-  WriteArchive(Folder, "leer.kvpk", {{"bild.png", "x"}});
-  WriteIni("SA_InstallDir=" + Folder.Dos("game") + "\r\n");
-  frmMain& window = Start();
-  // The message of a pack without an index is a place where events run.
-  OnMessage = [&] {
-    window.OpenKELVOFile(Folder.Dos("zweites.kvpk"));
-    window.cmdInstall_Click();
-  };
-  window.OpenKELVOFile(Folder.Dos("leer.kvpk"));
-  EXPECT_EQ(window.lblTitel->Caption(), "");
-  EXPECT_EQ(Messages.size(), 1U);
-}
-
 TEST_F(MainWindow, KeepsASmallSizeUntilItChanges) {
-  WritePack(Folder, "program/p.kvpk", Index("HTML=x\r\nHTMLHeight=32000\r\n"));
   WriteIni("Position=10,20,500,300\r\n");
-  frmMain& window = Start();
+  frmMain& window = StartWithPack("HTML=x\r\nHTMLHeight=32000\r\n");
   EXPECT_EQ(window.geometry(), QRect(10, 20, 500, 300));
   window.resize(501, 301);
   EXPECT_LE(window.height(), window.screen()->size().height()) << "it can be reached";
@@ -276,36 +247,27 @@ TEST_F(MainWindow, SwitchesTheLogOnByATypedWord) {
   type("llogswitch");
   EXPECT_FALSE(window.Log().LogEnabled) << "the second letter starts the word again";
   type("xlogswitch");
-  EXPECT_TRUE(window.Log().LogEnabled);
   window.SetStatus("nachher");
-  EXPECT_THAT(Folder.Read("program/kelvo.log"), testing::EndsWith("\tnachher\r\n"));
-  EXPECT_THAT(Folder.Read("program/kelvo.log"), Not(HasSubstr("vorher")));
+  EXPECT_THAT(Folder.Read("program/kelvo.log"),
+              AllOf(testing::EndsWith("\tnachher\r\n"), Not(HasSubstr("vorher"))));
 }
 
 TEST_F(MainWindow, DisablesNineControlsUnderThePanel) {
-  WritePack(Folder, "program/p.kvpk", Index());
-  frmMain& window = Start();
+  frmMain& window = StartWithPack();
   while (window.panel->tmrPanelUp().Interval != 0) window.panel->tmrPanelUp_Timer();
   const auto usable = [&] {
-    std::vector<bool> states;
-    for (QWidget* const control :
-         {static_cast<QWidget*>(window.lists->picTypeList),
-          static_cast<QWidget*>(window.lists->picModList),
-          static_cast<QWidget*>(window.detail->picDescPic),
-          static_cast<QWidget*>(window.cmdInstall), static_cast<QWidget*>(window.cmdOptions),
-          static_cast<QWidget*>(window.cmdAbout), static_cast<QWidget*>(window.cmdExit)}) {
+    std::vector<bool> states = {window.detail->cmdPicture->Enabled(),
+                                window.detail->cmdDescription->Enabled()};
+    for (const QWidget* const control : std::initializer_list<const QWidget*>{
+             window.lists->picTypeList, window.lists->picModList, window.detail->picDescPic,
+             window.cmdInstall, window.cmdOptions, window.cmdAbout, window.cmdExit}) {
       states.push_back(control->isEnabled());
-    }
-    for (const skinBtn* const tab : {window.detail->cmdPicture, window.detail->cmdDescription}) {
-      states.push_back(tab->Enabled());
     }
     return states;
   };
   EXPECT_THAT(usable(), testing::Each(false));
-  EXPECT_TRUE(window.cmdHelp->isEnabled());
-  EXPECT_TRUE(window.cmdClose->Enabled());
-  EXPECT_TRUE(window.cmdMinimize->Enabled());
-  EXPECT_TRUE(window.cmdDockLink->Enabled());
+  EXPECT_TRUE(window.cmdHelp->isEnabled() && window.cmdClose->Enabled() &&
+              window.cmdMinimize->Enabled() && window.cmdDockLink->Enabled());
   window.panel->EnableDown();
   window.panel->tmrPanelDown_Timer();
   EXPECT_THAT(usable(), testing::Each(true));
@@ -338,9 +300,9 @@ TEST_F(MainWindow, MovesByItsTitleStripOnly) {
 TEST_F(MainWindow, OpensADroppedPack) {
   WritePack(Folder, "fallen gelassen.kvpk", Index());
   frmMain& window = Start();
+  const std::filesystem::path file = Folder.At("fallen gelassen.kvpk");
   QMimeData data;
-  data.setUrls(
-      {QUrl::fromLocalFile(QString::fromStdString(Folder.At("fallen gelassen.kvpk").string()))});
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(file.string()))});
   QDragEnterEvent enter(QPoint(100, 100), Qt::CopyAction, &data, Qt::LeftButton, {});
   QApplication::sendEvent(&window, &enter);
   EXPECT_TRUE(enter.isAccepted());
@@ -356,7 +318,7 @@ TEST_F(MainWindow, OpensTheCommunityPage) {
   QTest::mouseClick(window.lblDockLink, Qt::LeftButton);
   ASSERT_EQ(Shell.Opened.size(), 2U);
   EXPECT_EQ(Shell.Opened[0], Shell.Opened[1]);
-  EXPECT_THAT(Shell.Opened[0], testing::StartsWith("http"));
+  EXPECT_THAT(Shell.Opened[0].first, testing::StartsWith("http"));
 }
 
 TEST_F(MainWindow, ShowsStatusAndProgressOfTheEngine) {
