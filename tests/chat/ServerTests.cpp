@@ -140,22 +140,3 @@ TEST(Server, LetsTheWindowTalk) {
             "\n-->\t\t:helfer hat das Chat verlassen!"
             "\n-->\t\t:Die Verbindung wurde getrennt!");
 }
-
-TEST(Server, ThrowsTheWindowOut) {
-  const IrcServer server;
-  Guest guest(server, "op");
-  frmHelp window({"127.0.0.1", server.Port()});
-  const std::string me = guest.Sees("JOIN :#mod-community");
-  guest.Says("MODE #mod-community +b KELVO_USER*!*@*\r\nKICK #mod-community " + me + " :genug");
-  auto* const messages = window.findChild<QPlainTextEdit*>("txtMessages");
-  ASSERT_TRUE(Until([&] { return messages->toPlainText().endsWith("rausgeschmissen!"); }));
-  EXPECT_EQ(messages->toPlainText().toStdString(),
-            "KVPK Chat\n"
-            "\n-->\t\t:Verbindung mit dem Chat hergestellt!"
-            "\nop\t\t:b KELVO_USER*!*@*"
-            "\n-->\t\t:Du wurdest aus dem Chat ausgesperrt!"
-            "\nop\t\t:" +
-                me.substr(1) +
-                " :genug"
-                "\n-->\t\t:Du wurdest aus dem Chat rausgeschmissen!");
-}

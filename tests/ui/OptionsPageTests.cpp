@@ -1,7 +1,6 @@
 #include <QLocale>
 #include <QPainter>
 #include <QTest>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -166,15 +165,6 @@ TEST_F(Options, TheMusicIsStoredAndSwitchedAtEachChange) {
   page_.chkMusik->setFocus();
   QTest::keyClick(page_.chkMusik, Qt::Key_Space);
   EXPECT_EQ(Calls(), (Strings{"click", "play"}));
-}
-
-TEST_F(Options, AFailureEndsTheHandlerWhereItStands) {
-  OptionsPage::Neighbours failing = Recording();
-  failing.PlayClick = [] { throw std::runtime_error("no sound"); };
-  const OptionsPage page(&hand_.window, session_, files_, folder_.Dos("kelvo.ini"), failing);
-  page.SetMusic(1);
-  EXPECT_EQ(Calls(), Strings());
-  EXPECT_EQ(Ini(), "(missing)");
 }
 
 TEST(Words, ForYesAndNoAreTheLanguages) {

@@ -1,6 +1,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScopeGuard>
 #include <QTimer>
 #include <functional>
 #include <string>
@@ -12,6 +15,7 @@
 #include "platform/FileSystem.h"
 #include "support/TempFolder.h"
 #include "ui/ChooseFile.h"
+#include "ui/MessageBoxes.h"
 #include "ui/cBrowseForFolder.h"
 
 namespace {
@@ -76,6 +80,27 @@ TEST_F(FileDialogs, AFileMustExist) {
   EXPECT_EQ(dialog.Show(), folder_.Dos("a.kvpk"));
   Answer();
   EXPECT_EQ(dialog.Show(), "");
+}
+
+// A German player is asked in German, whatever of the toolkit's translations is there.
+TEST(MessageBoxes, AskInTheLanguageOfTheSystemWithNoAsTheDefault) {
+  const QLocale before;
+  QLocale::setDefault(QLocale(QLocale::German));
+  const auto afterwards = qScopeGuard([&] { QLocale::setDefault(before); });
+  const auto answer = [&](bool byYes) {
+    QTimer::singleShot(0, [=] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      QAbstractButton* const yes = box->button(QMessageBox::Yes);
+      EXPECT_EQ(yes->text(), "&Ja");
+      EXPECT_EQ(box->button(QMessageBox::No)->text(), "&Nein");
+      EXPECT_EQ(box->textFormat(), Qt::PlainText) << "texts come from packs too";
+      (byYes ? yes : box->defaultButton())->click();
+    });
+    return MessageBoxes::Native().Confirm(nullptr, "<b>Wirklich?</b>", "KELVO");
+  };
+  EXPECT_TRUE(answer(true));
+  EXPECT_FALSE(answer(false));
 }
 
 }  // namespace
