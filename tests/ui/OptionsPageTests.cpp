@@ -36,26 +36,24 @@ class Options : public testing::Test {
   }
 
   // Everything that the page does to its neighbours, in order.
+  const std::string& Note(const QString& what) {
+    calls_.push_back(what.toStdString());
+    return chosen_;
+  }
   OptionsPage::Neighbours Recording() {
-    return {.PlayClick = [this] { calls_.emplace_back("click"); },
-            .PlayMOD = [this] { calls_.emplace_back("play"); },
-            .StopMOD = [this] { calls_.emplace_back("stop"); },
-            .HidePanel = [this] { calls_.emplace_back("hide"); },
-            .OpenKELVOFile = [this](const std::string& path) { calls_.push_back("open " + path); },
-            .MessageBox =
-                [this](const QString& text, const QString& title) {
-                  calls_.push_back("message " + (title + ": " + text).toStdString());
-                },
+    return {.PlayClick = [this] { Note("click"); },
+            .PlayMOD = [this] { Note("play"); },
+            .StopMOD = [this] { Note("stop"); },
+            .HidePanel = [this] { Note("hide"); },
+            .OpenKELVOFile = [this](const std::string& path) { Note("open " + ToQString(path)); },
+            .MessageBox = [this](const QString& text,
+                                 const QString& title) { Note("message " + title + ": " + text); },
             .ChooseFolder =
-                [this](const QString& title, const std::string& initialDir) {
-                  calls_.push_back(title.toStdString() + " from " + initialDir);
-                  return chosen_;
+                [this](const QString& title, const std::string& from) {
+                  return Note(title + " from " + ToQString(from));
                 },
-            .ChooseFile =
-                [this](const QString& title, const QString& filter) {
-                  calls_.push_back((title + " " + filter).toStdString());
-                  return chosen_;
-                }};
+            .ChooseFile = [this](const QString& title,
+                                 const QString& filter) { return Note(title + " " + filter); }};
   }
 
   void Click(const QWidget* control) {
@@ -115,20 +113,19 @@ TEST_F(Options, TypingTakesEffectAtOnceButIsStoredWithOkOnly) {
 }
 
 TEST_F(Options, AChosenFolderIsTakenIfItIsTheGames) {
-  const std::string asked = "GTA San Andreas Installationsverzsichnis suchen from ";
+  const std::string asked = "GTA San Andreas Installationsverzsichnis suchen from X:\\before";
   session_.SAInstallDir = "X:\\before";
   page_.ShowDirectory();
-  Click(page_.cmdSelectSAInstallDir);
-  EXPECT_EQ(Calls(), (Strings{"click", asked + "X:\\before"}));  // cancelled
-  chosen_ = folder_.Dos("other");
-  Click(page_.cmdSelectSAInstallDir);
-  EXPECT_EQ(Calls(), (Strings{"click", asked + "X:\\before", kWrong}));
+  const auto choose = [&](const std::string& folder) {
+    chosen_ = folder;
+    Click(page_.cmdSelectSAInstallDir);
+    return Calls();
+  };
+  EXPECT_EQ(choose(""), (Strings{"click", asked})) << "cancelled";
+  EXPECT_EQ(choose(folder_.Dos("other")), (Strings{"click", asked, kWrong}));
   EXPECT_EQ(page_.txtSAInstallDir->text(), "X:\\before");
   EXPECT_EQ(session_.SAInstallDir, "X:\\before");
-
-  chosen_ = folder_.Dos("game");
-  Click(page_.cmdSelectSAInstallDir);
-  EXPECT_EQ(Calls(), (Strings{"click", asked + "X:\\before"}));
+  EXPECT_EQ(choose(folder_.Dos("game")), (Strings{"click", asked}));
   EXPECT_EQ(session_.SAInstallDir, chosen_);
   EXPECT_EQ(Ini(), "(missing)");
 }

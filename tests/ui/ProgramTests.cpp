@@ -30,11 +30,13 @@ class ProgramStart : public testing::Test {
 };
 
 TEST_F(ProgramStart, WritesWhatIsMissingAndRegistersPacks) {
+  Main();
+  ASSERT_NE(program->Window(), nullptr);
+  EXPECT_TRUE(program->Window()->isVisible()) << "without a folder that can be written too";
+
   Folder.MakeFolder("program");
   WritePack(Folder, "program/p.kvpk", "[Info]\r\nTitle=Probe\r\n");
   Main();
-  ASSERT_NE(program->Window(), nullptr);
-  EXPECT_TRUE(program->Window()->isVisible());
   EXPECT_EQ(program->Window()->lblTitel->Caption(), "Probe");
   EXPECT_EQ(Folder.Read("program/music.mod"), "M.K.");
   EXPECT_FALSE(Files.FindFirst(Folder.Dos("data\\applications\\*.desktop"), kFindFiles).empty());
@@ -44,35 +46,22 @@ TEST_F(ProgramStart, WritesWhatIsMissingAndRegistersPacks) {
   EXPECT_EQ(Folder.Read("program/music.mod"), "mein eigenes");
 }
 
-TEST_F(ProgramStart, StartsInAFolderThatCantBeWritten) {
-  // No program folder at all: nothing can be unpacked, and there is no temp folder.
-  Main();
-  ASSERT_NE(program->Window(), nullptr);
-  EXPECT_TRUE(program->Window()->isVisible());
-}
-
 TEST(CommandLine, IsOneTextWhateverTheDesktopHandsOver) {
   const FileSystem files;
-  const auto line = [&](const QStringList& arguments) {
-    return Program::CommandLine(files, arguments);
-  };
-  EXPECT_EQ(line({"kelvo"}), "");
-  EXPECT_EQ(line({"kelvo", "a.kvpk", "b.kvpk"}), "a.kvpk b.kvpk");
-  EXPECT_EQ(line({"kelvo", "/mods/Für Ole 100%.kvpk"}), "/mods/F\xFCr Ole 100%.kvpk");
-  EXPECT_EQ(line({"kelvo", "file:///mods/F%C3%BCr%20Ole%20100%25.kvpk"}),
-            "/mods/F\xFCr Ole 100%.kvpk");
-  EXPECT_EQ(line({"kelvo", "http://example.net/a.kvpk"}), "http://example.net/a.kvpk");
-}
-
-TEST(CommandLine, FindsAFileOfAnyNameThatCanBeSaid) {
+  for (const auto& [arguments, line] : std::vector<std::pair<QStringList, std::string>>{
+           {{}, ""},
+           {{"a.kvpk", "b.kvpk"}, "a.kvpk b.kvpk"},
+           {{"/mods/Für Ole 100%.kvpk"}, "/mods/F\xFCr Ole 100%.kvpk"},
+           {{"file:///mods/F%C3%BCr%20Ole%20100%25.kvpk"}, "/mods/F\xFCr Ole 100%.kvpk"},
+           {{"http://example.net/a.kvpk"}, "http://example.net/a.kvpk"}}) {
+    EXPECT_EQ(Program::CommandLine(files, QStringList("kelvo") + arguments), line);
+  }
   const TempFolder folder;
-  const FileSystem files;
   for (const char* const name : {"Für Ole, 100% 'gut'.kvpk", "Sag \"ja\".kvpk"}) {
     folder.Write(name, "x");
     const std::string line =
         Program::CommandLine(files, {"kelvo", QString::fromStdString(folder.At(name).string())});
-    const std::string path = basMain::FindPack(files, line, folder.Dos());
-    EXPECT_EQ(files.ToNative(path), folder.At(name));
+    EXPECT_EQ(files.ToNative(basMain::FindPack(files, line, folder.Dos())), folder.At(name));
   }
 }
 
