@@ -2,6 +2,9 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTest>
+#include <sstream>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -19,12 +22,6 @@ using ScrollerGeometry::Track;
 using ScrollerGeometry::ValueFromHandle;
 using testing::ElementsAre;
 
-QPixmap Plain(QSize size, const QColor& colour) {
-  QPixmap picture(size);
-  picture.fill(colour);
-  return picture;
-}
-
 // A handle of 10 by 20 whose left column is transparent.
 QPixmap HandlePicture(const QColor& colour) {
   QImage picture(10, 20, QImage::Format_RGB32);
@@ -36,18 +33,31 @@ QPixmap HandlePicture(const QColor& colour) {
 // 110 by 20 pixels: the handle's way is 100, as is the scale.
 struct Scroller : CtrlScroller {
   Scroller() {
-    SetScrollBefore(Plain({110, 20}, Qt::darkBlue));
-    SetScrollAfter(Plain({110, 20}, Qt::darkGreen));
+    SetScrollBefore(PlainPicture({110, 20}, Qt::darkBlue));
+    SetScrollAfter(PlainPicture({110, 20}, Qt::darkGreen));
     SetBar(HandlePicture(Qt::yellow));
     SetBarOver(HandlePicture(Qt::red));
-    connect(this, &CtrlScroller::Change, [this] { log.emplace_back("Change"); });
-    connect(this, &CtrlScroller::Click, [this] { log.emplace_back("Click"); });
+    connect(this, &CtrlScroller::Change, [this] { Log("Change"); });
+    connect(this, &CtrlScroller::Click, [this] { Log("Click"); });
   }
   void Press(int x) { QTest::mousePress(this, Qt::LeftButton, {}, {x, 10}); }
   void Move(int x) { QTest::mouseMove(this, {x, 10}); }
   void Release(int x) { QTest::mouseRelease(this, Qt::LeftButton, {}, {x, 10}); }
 
-  std::vector<std::string> log;
+  template <typename... Parts>
+  void Log(const Parts&... parts) {
+    std::ostringstream text;
+    ((text << parts << ' '), ...);
+    log += text.str();
+  }
+  // What holds now, and was raised since this was last asked.
+  void Expect(std::int32_t value, int place, const std::string& raised) {
+    EXPECT_EQ(Value(), value);
+    EXPECT_EQ(BarLeft(), place);
+    EXPECT_EQ(std::exchange(log, {}), raised);
+  }
+
+  std::string log;
 };
 
 }  // namespace
@@ -102,122 +112,96 @@ TEST(ScrollerGeometry, MapsHandleAndValue) {
   }
 }
 
-TEST(CtrlScroller, StartsWithItsDefaults) {
-  const CtrlScroller scroller;
-  EXPECT_EQ(scroller.Max(), 100);
-  EXPECT_EQ(scroller.RMax(), 100);
-  EXPECT_EQ(scroller.RMin(), 0);
-  EXPECT_EQ(scroller.Min(), 0);
-  EXPECT_EQ(scroller.Value(), 0);
-  EXPECT_TRUE(scroller.Enabled());
-  EXPECT_FALSE(scroller.Vertical());
-  EXPECT_FALSE(scroller.Snap());
-  for (const char* const name : {"Code", "ProcedureClick", "ProcedureMouseMove",
-                                 "ProcedureMouseDown", "ProcedureMouseUp", "Action"}) {
-    EXPECT_EQ(scroller.property(name), QVariant(QString())) << name;
-  }
-}
-
+// `RMin` and `RMax` bind the mouse alone. The handle stays when `Max` and `Min` change.
 TEST(CtrlScroller, SetsItsScaleByTheirRules) {
   Scroller scroller;
-  scroller.SetValue(500);
-  EXPECT_EQ(scroller.Value(), 100);
-  EXPECT_EQ(scroller.BarLeft(), 100);
   scroller.SetRMax(90);
   scroller.SetRMin(10);
-  EXPECT_EQ(scroller.Value(), 100) << "RMin and RMax bind the mouse alone";
-  scroller.SetMax(40);
-  EXPECT_EQ(scroller.Value(), 40);
-  EXPECT_EQ(scroller.RMax(), 40);
-  EXPECT_EQ(scroller.BarLeft(), 100) << "the handle stays";
-  EXPECT_EQ(scroller.RMin(), 10);
-  scroller.SetValue(20);
-  EXPECT_EQ(scroller.BarLeft(), 50);
-  scroller.SetMin(30);  // cut down to the value
-  EXPECT_EQ(scroller.Min(), 20);
-  EXPECT_EQ(scroller.RMin(), 20);
-  EXPECT_EQ(scroller.BarLeft(), 50);
-  scroller.SetValue(-7);
-  EXPECT_EQ(scroller.Value(), 20);
-  EXPECT_THAT(scroller.log, ElementsAre()) << "only the mouse raises Change";
+  using Set = void (CtrlScroller::*)(std::int32_t);
+  struct Row {
+    Set set;
+    std::int32_t number, min, rMin, value, rMax;
+    int place;
+  };
+  for (const Row& row : {
+           Row{&CtrlScroller::SetValue, 500, 0, 10, 100, 90, 100},
+           Row{&CtrlScroller::SetMax, 40, 0, 10, 40, 40, 100},
+           Row{&CtrlScroller::SetValue, 20, 0, 10, 20, 40, 50},
+           Row{&CtrlScroller::SetMin, 30, 20, 20, 20, 40, 50},  // cut down to the value
+           Row{&CtrlScroller::SetValue, -7, 20, 20, 20, 40, 0},
+       }) {
+    SCOPED_TRACE(row.number);
+    (scroller.*row.set)(row.number);
+    EXPECT_EQ(scroller.Min(), row.min);
+    EXPECT_EQ(scroller.RMin(), row.rMin);
+    EXPECT_EQ(scroller.Value(), row.value);
+    EXPECT_EQ(scroller.RMax(), row.rMax);
+    EXPECT_EQ(scroller.BarLeft(), row.place);
+  }
+  EXPECT_EQ(scroller.log, "") << "only the mouse raises Change";
 }
 
 TEST(CtrlScroller, FollowsTheMouse) {
   Scroller scroller;
   scroller.Press(55);
-  EXPECT_EQ(scroller.Value(), 50);
-  EXPECT_EQ(scroller.BarLeft(), 50);
-  EXPECT_THAT(scroller.log, ElementsAre("Change", "Change"));
+  scroller.Expect(50, 50, "Change Change ");
   scroller.Release(55);
-  EXPECT_THAT(scroller.log, ElementsAre("Change", "Change", "Click"));
+  scroller.Expect(50, 50, "Click ");
   scroller.Press(55);
   scroller.Move(800);
-  EXPECT_EQ(scroller.Value(), 100);
-  EXPECT_EQ(scroller.BarLeft(), 100);
+  scroller.Expect(100, 100, "Change Change Change Change ");
   scroller.Move(-800);
-  EXPECT_EQ(scroller.Value(), 0);
-  EXPECT_EQ(scroller.BarLeft(), 0);
+  scroller.Expect(0, 0, "Change Change ");
   scroller.Release(-800);
   scroller.Move(55);
   QTest::mouseClick(&scroller, Qt::RightButton, {}, {55, 10});
-  EXPECT_EQ(scroller.Value(), 0);
+  scroller.Expect(0, 0, "Click ");
+
+  scroller.SetEnabled(false);  // only looks pressed
+  scroller.Press(55);
+  EXPECT_EQ(RenderedAt(scroller, 1).pixelColor(5, 5), QColor(Qt::red));
+  scroller.Release(55);
+  EXPECT_EQ(RenderedAt(scroller, 1).pixelColor(5, 5), QColor(Qt::yellow));
+  scroller.Expect(0, 0, "Click ");
 }
 
-TEST(CtrlScroller, StopsTheValueWithinTheMousesReach) {
+TEST(CtrlScroller, StopsTheValueWithinTheMousesReachAndSnaps) {
   for (const bool snap : {false, true}) {
     Scroller scroller;
     scroller.SetSnap(snap);
     scroller.SetRMin(20);
     scroller.SetRMax(80);
     scroller.Press(15);
-    EXPECT_EQ(scroller.Value(), 20);
-    EXPECT_EQ(scroller.BarLeft(), snap ? 20 : 10);
-    EXPECT_THAT(scroller.log, ElementsAre("Change")) << "once where the value is stopped";
+    scroller.Expect(20, snap ? 20 : 10, "Change ");  // once where the value is stopped
     scroller.Move(300);
-    EXPECT_EQ(scroller.Value(), 80);
-    EXPECT_EQ(scroller.BarLeft(), snap ? 80 : 100);
+    scroller.Expect(80, snap ? 80 : 100, "Change ");
     scroller.Release(300);
+    scroller.SetMax(4);
+    std::vector<int> places;
+    QObject::connect(&scroller, &CtrlScroller::Change,
+                     [&] { places.push_back(scroller.BarLeft()); });
+    scroller.SetRMin(0);
+    scroller.Press(65);
+    scroller.Release(65);
+    EXPECT_THAT(places, ElementsAre(60, snap ? 50 : 60));
   }
-}
-
-TEST(CtrlScroller, SnapsToTheValueAfterTheFirstChange) {
-  Scroller scroller;
-  scroller.SetMax(4);
-  scroller.SetSnap(true);
-  std::vector<int> places;
-  QObject::connect(&scroller, &CtrlScroller::Change, [&] { places.push_back(scroller.BarLeft()); });
-  scroller.Press(65);
-  EXPECT_EQ(scroller.Value(), 2);
-  EXPECT_THAT(places, ElementsAre(60, 50));
 }
 
 TEST(CtrlScroller, RunsFromTopToBottomToo) {
   Scroller scroller;
   scroller.SetVertical(true);
-  scroller.SetScrollBefore(Plain({10, 120}, Qt::darkBlue));
-  scroller.SetScrollAfter(Plain({10, 120}, Qt::darkGreen));
+  scroller.SetScrollBefore(PlainPicture({10, 120}, Qt::darkBlue));
+  scroller.SetScrollAfter(PlainPicture({10, 120}, Qt::darkGreen));
   EXPECT_EQ(scroller.size(), QSize(10, 120));
   QTest::mousePress(&scroller, Qt::LeftButton, {}, {5, 40});
-  EXPECT_EQ(scroller.Value(), 30);
   EXPECT_EQ(scroller.BarTop(), 30);
-  EXPECT_EQ(scroller.BarLeft(), 0);
-  EXPECT_THAT(scroller.log, ElementsAre("Change"));
+  scroller.Expect(30, 0, "Change ");
   const QImage image = RenderedAt(scroller, 1);
   EXPECT_EQ(image.pixelColor(0, 39), QColor(Qt::darkBlue));
   EXPECT_EQ(image.pixelColor(0, 40), QColor(Qt::darkGreen));
   EXPECT_EQ(image.pixelColor(5, 40), QColor(Qt::red));
   EXPECT_EQ(image.pixelColor(5, 50), QColor(Qt::darkGreen));
-}
-
-TEST(CtrlScroller, OnlyLooksPressedWhileItIsNotEnabled) {
-  Scroller scroller;
-  scroller.SetEnabled(false);
-  scroller.Press(55);
-  EXPECT_EQ(scroller.Value(), 0);
-  EXPECT_EQ(RenderedAt(scroller, 1).pixelColor(5, 5), QColor(Qt::red));
-  scroller.Release(55);
-  EXPECT_EQ(RenderedAt(scroller, 1).pixelColor(5, 5), QColor(Qt::yellow));
-  EXPECT_THAT(scroller.log, ElementsAre("Click"));
+  scroller.Release(5);
 }
 
 TEST(CtrlScroller, DrawsItsPicturesAtAnyScale) {
@@ -227,15 +211,16 @@ TEST(CtrlScroller, DrawsItsPicturesAtAnyScale) {
   EXPECT_EQ(scroller.size(), QSize(110, 20)) << "the picture's";
   for (const qreal ratio : {1.0, 1.25, 1.5, 2.0}) {
     const QImage image = RenderedAt(scroller, ratio);
-    const auto at = [&](double x) { return image.pixelColor(qRound(x * ratio), 5); };
-    EXPECT_EQ(at(0), QColor(Qt::darkBlue)) << ratio;
-    EXPECT_EQ(at(40), QColor(Qt::darkBlue)) << "transparent in the handle";
-    EXPECT_EQ(at(44), QColor(Qt::yellow)) << ratio;
-    EXPECT_EQ(at(48), QColor(Qt::yellow)) << ratio;
-    EXPECT_EQ(at(52), QColor(Qt::darkGreen)) << ratio;
-    EXPECT_EQ(at(109), QColor(Qt::darkGreen)) << ratio;
+    for (const auto& [x, colour] : {std::pair(0, Qt::darkBlue),
+                                    {40, Qt::darkBlue},  // transparent in the handle
+                                    {44, Qt::yellow},
+                                    {48, Qt::yellow},
+                                    {52, Qt::darkGreen},
+                                    {109, Qt::darkGreen}}) {
+      EXPECT_EQ(image.pixelColor(qRound(x * ratio), 5), QColor(colour)) << x << " at " << ratio;
+    }
   }
-  QPixmap fine = Plain({220, 40}, Qt::darkBlue);
+  QPixmap fine = PlainPicture({220, 40}, Qt::darkBlue);
   fine.setDevicePixelRatio(2);
   scroller.SetScrollBefore(fine);
   EXPECT_EQ(scroller.size(), QSize(110, 20));
@@ -243,12 +228,11 @@ TEST(CtrlScroller, DrawsItsPicturesAtAnyScale) {
 
 TEST(CtrlScroller, PassesOnKeysAndDrops) {
   Scroller scroller;
-  std::vector<std::pair<int, int>> keys;
   QObject::connect(&scroller, &CtrlScroller::KeyDown,
-                   [&](int key, int shift) { keys.emplace_back(key, shift); });
+                   [&](int key, int shift) { scroller.Log("Key", key, shift); });
   QTest::keyClick(&scroller, Qt::Key_Left, Qt::ShiftModifier);
   QTest::keyClick(&scroller, Qt::Key_A);
-  EXPECT_THAT(keys, ElementsAre(std::pair(16, 1), std::pair(37, 1), std::pair(65, 0)));
+  scroller.Expect(0, 0, "Key 16 1 Key 37 1 Key 65 0 ");
 
   QMimeData data;
   data.setText("drop");
@@ -259,24 +243,17 @@ TEST(CtrlScroller, PassesOnKeysAndDrops) {
     return event.isAccepted();
   };
   EXPECT_FALSE(enter()) << "nobody listens";
-  QString dropped;
   QObject::connect(
       &scroller, &CtrlScroller::OLEDragDrop,
       [&](const QMimeData* what, std::int32_t& effect, int button, int shift, float x, float y) {
-        dropped = QString("%1 %2 %3 %4 %5 %6")
-                      .arg(what->text())
-                      .arg(effect)
-                      .arg(button)
-                      .arg(shift)
-                      .arg(double{x})
-                      .arg(double{y});
+        scroller.Log(what->text().toStdString(), effect, button, shift, x, y);
         effect = 0;
       });
   EXPECT_TRUE(enter());
   QDropEvent drop(QPointF(3, 4), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
                   Qt::ControlModifier);
   QCoreApplication::sendEvent(&scroller, &drop);
-  EXPECT_EQ(dropped.toStdString(), "drop 1 1 2 3 4");
+  scroller.Expect(0, 0, "drop 1 1 2 3 4 ");
   EXPECT_FALSE(drop.isAccepted()) << "the handler has refused";
 }
 
@@ -291,10 +268,9 @@ TEST(CtrlScroller, IsASliderToScreenReaders) {
   EXPECT_EQ(value->maximumValue().toInt(), 100);
   value->setCurrentValue(95);
   EXPECT_EQ(value->currentValue().toInt(), 80) << "no further than the mouse";
-  EXPECT_EQ(scroller.BarLeft(), 80);
-  EXPECT_THAT(scroller.log, ElementsAre("Change"));
+  scroller.Expect(80, 80, "Change ");
   scroller.SetEnabled(false);
   EXPECT_TRUE(interface->state().disabled);
   value->setCurrentValue(5);
-  EXPECT_EQ(scroller.Value(), 80);
+  scroller.Expect(80, 80, "");
 }

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QImage>
 #include <QTest>
 #include <QWidget>
 
@@ -23,15 +22,13 @@ class Hand {
     QCursor::setPos(0, 0);
     QApplication::processEvents();
   }
-  Hand(const Hand&) = delete;
-  Hand& operator=(const Hand&) = delete;
-  Hand(Hand&&) = delete;
-  Hand& operator=(Hand&&) = delete;
+  Q_DISABLE_COPY_MOVE(Hand)
 
   void Open() {
     window.show();
     window.activateWindow();
     [[maybe_unused]] const bool isActive = QTest::qWaitForWindowActive(&window);
+    QTest::keyRelease(&window, Qt::Key_Shift);  // no keys are held any more
     MoveTo({5, 5});
   }
 
@@ -51,17 +48,10 @@ class Hand {
     Release(button);
   }
 
+  void DoubleClick() { QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, place_); }
+
   QWidget window;
 
  private:
   QPoint place_;
 };
-
-/// What a widget paints at a scale factor.
-inline QImage Painted(QWidget& widget, double scale = 1.0) {
-  QImage image((QSizeF(widget.size()) * scale).toSize(), QImage::Format_RGB32);
-  image.setDevicePixelRatio(scale);
-  image.fill(Qt::magenta);
-  widget.render(&image);
-  return image;
-}
