@@ -40,25 +40,21 @@ TEST(CalcMiddleColor, MeasuresUpwardFromTheDarkerSide) {
   }
 }
 
-TEST(CalcMiddleColor, TakesSystemColours) {
-  const QPalette former = QGuiApplication::palette();
-  QPalette palette = former;
-  palette.setColor(QPalette::Button, QColor(100, 151, 200));
-  QGuiApplication::setPalette(palette);
-  EXPECT_EQ(Colours::CalcMiddleColor(SystemColourNumber(15), 16777215, 50), Rgb(178, 203, 228));
-  QGuiApplication::setPalette(former);
-}
-
 TEST(Colours, FindTheRoleOfASystemColour) {
   QPalette palette;
   palette.setColor(QPalette::Highlight, QColor(1, 2, 3));
   palette.setColor(QPalette::Dark, QColor(4, 5, 6));
-  palette.setColor(QPalette::Button, QColor(7, 8, 9));
+  palette.setColor(QPalette::Button, QColor(100, 151, 200));
   EXPECT_EQ(Colours::GetSysColor(Colours::kHighlight, palette), Rgb(1, 2, 3));
   EXPECT_EQ(Colours::GetSysColor(Colours::kButtonShadow, palette), Rgb(4, 5, 6));
-  EXPECT_EQ(Colours::GetSysColor(Colours::kButtonFace, palette), Rgb(7, 8, 9));
+  EXPECT_EQ(Colours::GetSysColor(Colours::kButtonFace, palette), Rgb(100, 151, 200));
   EXPECT_EQ(Colours::GetSysColor(25, palette), 0);
   EXPECT_EQ(Colours::ToQColor(SystemColourNumber(13), palette), QColor(1, 2, 3));
   EXPECT_EQ(Colours::ToQColor(12957875), QColor(179, 184, 197));
   EXPECT_EQ(Colours::FromQColor(QColor(179, 184, 197)), 12957875);
+
+  const QPalette former = QGuiApplication::palette();
+  QGuiApplication::setPalette(palette);
+  EXPECT_EQ(Colours::CalcMiddleColor(SystemColourNumber(15), 16777215, 50), Rgb(178, 203, 228));
+  QGuiApplication::setPalette(former);
 }

@@ -2,7 +2,6 @@
 #include <QCursor>
 #include <QEnterEvent>
 #include <QTest>
-#include <QVBoxLayout>
 #include <QWheelEvent>
 #include <QWindow>
 #include <memory>
@@ -46,11 +45,15 @@ struct Hook : clsSubClass {
   bool drop = false;
 };
 
-void ShowAt(QWidget& window, const QRect& place) {
-  window.setGeometry(place);
-  window.show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-}
+struct Form : QWidget {
+  void resizeEvent(QResizeEvent* event) override { sizes.push_back(event->size()); }
+  void ShowAt(const QRect& place) {
+    setGeometry(place);
+    show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(this));
+  }
+  std::vector<QSize> sizes;
+};
 
 }  // namespace
 
@@ -58,7 +61,6 @@ TEST(clsSubClass, KeepsOneHookWhileItIsReAimed) {
   List types;
   List mods;
   Hook hook;
-  EXPECT_TRUE(hook.StopSubClass());
   EXPECT_FALSE(hook.StartSubclass(nullptr));
   for (QWidget* const list : {&types, &mods, &types, &mods}) {
     EXPECT_TRUE(hook.StopSubClass());
@@ -70,32 +72,34 @@ TEST(clsSubClass, KeepsOneHookWhileItIsReAimed) {
   Turn(mods, -120);
   EXPECT_THAT(hook.steps, ElementsAre(std::pair(&mods, 120), std::pair(&mods, -120)));
   EXPECT_EQ(mods.wheels, 2) << "the list's own handler still runs";
+  hook.drop = true;
+  Turn(mods, -120);
+  EXPECT_EQ(mods.wheels, 2) << "unless it is told not to";
   hook.StopSubClass();
-  Turn(mods, 120);
-  EXPECT_EQ(hook.steps.size(), 2U);
+  Turn(mods, -120);
+  EXPECT_EQ(hook.steps.size(), 3U);
+  EXPECT_EQ(mods.wheels, 3);
 }
 
 TEST(clsSubClass, AddsSmallTurnsUp) {
   List list;
   Hook hook;
-  const auto deltas = [&](std::initializer_list<int> turns) {
+  // What was heard after each turn: a whole step, once, or nothing.
+  for (const auto& [turn, step] : {std::pair(50, 0),
+                                   {50, 0},
+                                   {50, 120},
+                                   {-60, 0},  // the rest of the way up doesn't count
+                                   {-60, -120},
+                                   {-360, -120},
+                                   {110, 0}}) {
+    hook.StopSubClass();  // as every move of the mouse does
+    hook.StartSubclass(&list);
+    Turn(list, turn);
+    Turn(list, 0, 15);  // sideways on the way
+    EXPECT_EQ(hook.steps.empty() ? 0 : hook.steps.front().second, step) << turn;
+    EXPECT_LE(hook.steps.size(), 1U);
     hook.steps.clear();
-    for (const int turn : turns) {
-      Turn(list, turn);
-      Turn(list, 0, 15);  // sideways on the way
-      hook.StopSubClass();
-      hook.StartSubclass(&list);  // as every move of the mouse does
-    }
-    std::vector<int> result;
-    for (const auto& [window, delta] : hook.steps) result.push_back(delta);
-    return result;
-  };
-  hook.StartSubclass(&list);
-  EXPECT_THAT(deltas({50, 50}), ElementsAre());
-  EXPECT_THAT(deltas({50}), ElementsAre(120));
-  EXPECT_THAT(deltas({-60, -60}), ElementsAre(-120)) << "the rest of the way up doesn't count";
-  EXPECT_THAT(deltas({-360}), ElementsAre(-120)) << "one message, one event";
-  EXPECT_THAT(deltas({110}), ElementsAre());
+  }
   List other;
   hook.StopSubClass();
   hook.StartSubclass(&other);
@@ -103,22 +107,12 @@ TEST(clsSubClass, AddsSmallTurnsUp) {
   EXPECT_EQ(hook.steps.size(), 0U) << "another list starts afresh";
 }
 
-TEST(clsSubClass, DropsWhatTheHandlerCancels) {
-  List list;
-  Hook hook;
-  hook.StartSubclass(&list);
-  hook.drop = true;
-  Turn(list, 120);
-  EXPECT_EQ(list.wheels, 0);
-}
-
 TEST(clsSubClass, SurvivesWhatItsHandlersDelete) {
   auto list = std::make_unique<List>();
   auto hook = std::make_unique<Hook>();
   hook->StartSubclass(list.get());
-  list.reset();
-  EXPECT_FALSE(hook->Hooked());
   list = std::make_unique<List>();
+  EXPECT_FALSE(hook->Hooked());
   EXPECT_TRUE(hook->StartSubclass(list.get()));
   QObject::connect(hook.get(), &clsSubClass::MessageCatched, [&] { list.reset(); });
   Turn(*list, 240);
@@ -133,91 +127,74 @@ TEST(clsSubClass, SurvivesWhatItsHandlersDelete) {
 }
 
 TEST(basMinMax, TakesEffectAtTheNextChangeOfSize) {
-  QWidget form;
+  Form form;
   DelWindowCaption(&form);
-  ShowAt(form, {50, 50, 500, 300});
-  basMinMax::HookMinMax(&form, 400, 250);
-  form.resize(100, 280);
-  EXPECT_EQ(form.size(), QSize(400, 280));
-  basMinMax::UnhookMinMax(&form);
-  basMinMax::HookMinMax(&form, 600, 350);
-  EXPECT_EQ(form.size(), QSize(400, 280)) << "a raised minimum waits";
-  form.resize(390, 280);
-  EXPECT_EQ(form.size(), QSize(600, 350));
-  form.resize(10, 10);
-  EXPECT_EQ(form.size(), QSize(600, 350));
-  basMinMax::HookMinMax(&form, 300, 200);
-  form.resize(10, 10);
-  EXPECT_EQ(form.size(), QSize(300, 200));
-  basMinMax::UnhookMinMax(&form);
-  form.resize(90, 80);
-  EXPECT_EQ(form.size(), QSize(90, 80));
-}
-
-TEST(basMinMax, TellsTheFormOnlySizesThatHold) {
-  struct Form : QWidget {
-    void resizeEvent(QResizeEvent* event) override { sizes.push_back(event->size()); }
-    std::vector<QSize> sizes;
-  } form;
-  DelWindowCaption(&form);
-  ShowAt(form, {50, 50, 300, 200});
-  basMinMax::HookMinMax(&form, 400, 250);
-  form.sizes.clear();
-  form.resize(310, 200);
-  EXPECT_THAT(form.sizes, ElementsAre(QSize(400, 250)));
+  form.ShowAt({50, 50, 500, 300});
+  struct Row {
+    QSize limit, wanted, size;
+  };
+  for (const auto& [limit, wanted, size] :
+       {Row{{400, 250}, {100, 280}, {400, 280}}, Row{{600, 350}, {390, 280}, {600, 350}},
+        Row{{600, 350}, {10, 10}, {600, 350}}, Row{{300, 200}, {10, 10}, {300, 200}},
+        Row{{0, 0}, {90, 80}, {90, 80}}}) {
+    const QSize before = form.size();
+    basMinMax::UnhookMinMax(&form);
+    if (!limit.isEmpty()) basMinMax::HookMinMax(&form, 999, 999);  // which the next replaces
+    if (!limit.isEmpty()) basMinMax::HookMinMax(&form, limit.width(), limit.height());
+    EXPECT_EQ(form.size(), before) << "a raised minimum waits";
+    form.sizes.clear();
+    form.resize(wanted);
+    EXPECT_EQ(form.size(), size);
+    // The form hears of sizes that hold, and of nothing where its own holds on.
+    for (const QSize& heard : form.sizes) EXPECT_EQ(heard, size);
+  }
 }
 
 TEST(basMinMax, CountsTheFrame) {
-  QWidget form;
-  ShowAt(form, {50, 50, 500, 300});
+  Form form;
+  form.ShowAt({50, 50, 500, 300});
   basMinMax::HookMinMax(&form, 400, 250);
   form.resize(10, 10);
   EXPECT_EQ(form.frameGeometry().size(), QSize(400, 250));
 }
 
 TEST(DelWindowCaption, KeepsThePlaceOfTheWholeWindow) {
-  QWidget form;
-  ShowAt(form, {50, 60, 500, 300});
-  form.activateWindow();
+  Form form;
+  form.ShowAt({50, 60, 500, 300});
   QApplication::setActiveWindow(&form);
   const QRect whole = form.frameGeometry();
   const QWindow* const handle = form.windowHandle();
   DelWindowCaption(&form);
   QCoreApplication::processEvents();
   EXPECT_TRUE(form.windowFlags().testFlag(Qt::FramelessWindowHint));
-  EXPECT_TRUE(handle->flags().testFlag(Qt::FramelessWindowHint));
-  EXPECT_TRUE(form.isVisible());
-  EXPECT_TRUE(form.isActiveWindow());
+  EXPECT_TRUE(form.isVisible() && form.isActiveWindow());
   EXPECT_EQ(form.windowHandle(), handle) << "the window itself stays";
+  EXPECT_TRUE(handle->flags().testFlag(Qt::FramelessWindowHint));
   EXPECT_EQ(form.geometry(), whole);
-}
 
-TEST(DelWindowCaption, WorksBeforeTheWindowIsShown) {
-  QWidget form;
-  form.setGeometry(70, 80, 400, 300);
-  DelWindowCaption(&form);
-  EXPECT_FALSE(form.isVisible());
-  EXPECT_EQ(form.geometry(), QRect(70, 80, 400, 300));
-  form.show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(&form));
-  EXPECT_EQ(form.geometry(), QRect(70, 80, 400, 300));
-  EXPECT_EQ(form.frameGeometry(), form.geometry());
+  Form hidden;
+  hidden.setGeometry(70, 80, 400, 300);
+  DelWindowCaption(&hidden);
+  EXPECT_FALSE(hidden.isVisible());
+  hidden.ShowAt({70, 80, 400, 300});
+  EXPECT_EQ(hidden.geometry(), QRect(70, 80, 400, 300));
+  EXPECT_EQ(hidden.frameGeometry(), hidden.geometry());
 }
 
 TEST(hWndByMouse, AsksTheCursorWhoeverHasTheMouse) {
-  QWidget form;
+  Form form;
   QWidget left(&form);
   QWidget right(&form);
   left.setGeometry(0, 0, 100, 100);
   right.setGeometry(100, 0, 100, 100);
-  ShowAt(form, {40, 40, 200, 150});
+  form.ShowAt({40, 40, 200, 150});
   left.grabMouse();
-  QCursor::setPos(right.mapToGlobal(QPoint(10, 10)));
-  EXPECT_EQ(hWndByMouse(), &right);
-  QCursor::setPos(form.mapToGlobal(QPoint(10, 140)));
-  EXPECT_EQ(hWndByMouse(), &form);
-  QCursor::setPos(form.mapToGlobal(QPoint(300, 300)));
-  EXPECT_EQ(hWndByMouse(), nullptr);
+  using Place = std::pair<QPoint, QWidget*>;
+  for (const auto& [place, widget] :
+       {Place{{110, 10}, &right}, Place{{10, 140}, &form}, Place{{300, 300}, nullptr}}) {
+    QCursor::setPos(form.mapToGlobal(place));
+    EXPECT_EQ(hWndByMouse(), widget);
+  }
   left.releaseMouse();
 }
 
@@ -226,19 +203,13 @@ TEST(PointerWatch, KnowsWhenThePointerHasLeftAllWindows) {
   QWindow first;
   QWindow second;
   QWidget widget;
-  const auto leave = [](QObject& object) {
-    QEvent event(QEvent::Leave);
-    QCoreApplication::sendEvent(&object, &event);
-  };
-  const auto enter = [](QObject& object) {
-    QEnterEvent event({1, 1}, {1, 1}, {1, 1});
-    QCoreApplication::sendEvent(&object, &event);
-  };
+  QEvent leave(QEvent::Leave);
+  QEnterEvent enter({1, 1}, {1, 1}, {1, 1});
   EXPECT_TRUE(watch.IsInside());
-  leave(widget);
+  QCoreApplication::sendEvent(&widget, &leave);
   EXPECT_TRUE(watch.IsInside());
-  leave(first);
+  QCoreApplication::sendEvent(&first, &leave);
   EXPECT_FALSE(watch.IsInside());
-  enter(second);
+  QCoreApplication::sendEvent(&second, &enter);
   EXPECT_TRUE(watch.IsInside());
 }

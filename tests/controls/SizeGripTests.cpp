@@ -43,34 +43,31 @@ struct Form : QWidget {
   ScrollBarStyle style;
   SizeGrip grip;
   QSignalSpy changes{&grip, &SizeGrip::ScrollbarSizeChanged};
+  QSignalSpy moves{&grip, &SizeGrip::MouseMove};
+  QSignalSpy releases{&grip, &SizeGrip::MouseUp};
 };
 
 }  // namespace
 
-TEST(SizeGrip, StaysInItsCorner) {
+TEST(SizeGrip, StaysInItsCornerAndTellsAChangedScrollBarOnce) {
   Form form;
   form.Show();
-  EXPECT_EQ(form.grip.geometry(), QRect(284, 184, 16, 16));
-  form.resize(411, 333);
-  EXPECT_EQ(form.grip.geometry(), form.Corner(16));
-  form.grip.setGeometry(3, 4, 50, 60);
-  EXPECT_EQ(form.grip.geometry(), form.Corner(16));
-}
-
-TEST(SizeGrip, TellsAChangedScrollBarOnce) {
-  Form form;
-  form.Show();
-  ASSERT_EQ(form.changes.size(), 1) << "the first time counts";
-  EXPECT_EQ(form.changes.takeFirst(), QVariantList({16, 16}));
-  form.resize(310, 210);
-  EXPECT_EQ(form.changes.size(), 0);
-  form.style.Extent = 20;
-  form.resize(320, 220);
-  form.resize(330, 230);
-  ASSERT_EQ(form.changes.size(), 1);
-  EXPECT_EQ(form.changes.takeFirst(), QVariantList({20, 20}));
-  EXPECT_EQ(form.grip.geometry(), form.Corner(20));
-  EXPECT_EQ(form.grip.VScrollWidth(), 20);
+  struct Row {
+    int extent;
+    QSize size;
+    int tells;
+  };
+  for (const auto& [extent, size, tells] :
+       {Row{16, {300, 200}, 1},  // the first time counts
+        Row{16, {411, 333}, 0}, Row{20, {320, 220}, 1}, Row{20, {330, 230}, 0}}) {
+    form.style.Extent = extent;
+    form.resize(size);
+    form.grip.setGeometry(3, 4, 50, 60);
+    EXPECT_EQ(form.grip.geometry(), form.Corner(extent));
+    EXPECT_EQ(form.changes.size(), tells);
+    for (const QVariantList& told : form.changes) EXPECT_EQ(told, QVariantList({extent, extent}));
+    form.changes.clear();
+  }
 }
 
 TEST(SizeGrip, GoesBehindItsSiblings) {
@@ -80,49 +77,39 @@ TEST(SizeGrip, GoesBehindItsSiblings) {
   const auto isBehind = [&] {
     return form.children().indexOf(&form.grip) < form.children().indexOf(&sibling);
   };
-  form.grip.raise();
-  EXPECT_TRUE(isBehind());
-  form.grip.SetAutoZOrder(false);
-  form.grip.raise();
-  form.resize(310, 210);
-  EXPECT_FALSE(isBehind());
-  EXPECT_EQ(form.grip.geometry(), form.Corner(16));
+  for (const bool automatic : {true, false}) {
+    form.grip.SetAutoZOrder(automatic);
+    form.grip.raise();
+    EXPECT_EQ(isBehind(), automatic);
+    form.resize(form.size() + QSize(10, 10));
+    EXPECT_EQ(isBehind(), automatic);
+  }
 }
 
-// The offscreen platform has no size drag of its own, so the grip's runs.
+// The offscreen platform has no size drag of its own, so the grip's runs. Places count from the
+// grip, which moves along.
 TEST(SizeGrip, DragsTheWindowWithinItsMinimum) {
   Form form;
   basMinMax::HookMinMax(&form, 200, 150);
   form.Show();
-  QSignalSpy moves(&form.grip, &SizeGrip::MouseMove);
-  QSignalSpy releases(&form.grip, &SizeGrip::MouseUp);
-  // Places count from the grip, which moves along.
   QTest::mousePress(&form.grip, Qt::LeftButton, {}, {8, 8});
-  QTest::mouseMove(&form.grip, {38, 18});
-  EXPECT_EQ(form.size(), QSize(330, 210));
-  QTest::mouseMove(&form.grip, {-2000, -2000});
-  EXPECT_EQ(form.size(), QSize(200, 150));
-  EXPECT_EQ(form.grip.geometry(), form.Corner(16));
-  QTest::mouseMove(&form.grip, {8 + 50, 8 + 10});
-  EXPECT_EQ(form.size(), QSize(250, 160)) << "the corner is under the mouse again";
+  for (const auto& [way, size] : {std::pair(QPoint(30, 10), QSize(330, 210)),
+                                  {QPoint(-2000, -2000), QSize(200, 150)},
+                                  {QPoint(50, 10), QSize(250, 160)}}) {
+    QTest::mouseMove(&form.grip, QPoint(8, 8) + way);
+    EXPECT_EQ(form.size(), size) << "the corner is under the mouse";
+    EXPECT_EQ(form.grip.geometry(), form.Corner(16));
+  }
   QTest::mouseRelease(&form.grip, Qt::LeftButton, {}, {8, 8});
-  EXPECT_EQ(moves.size() + releases.size(), 0) << "the drag has them";
-  QTest::mouseRelease(&form.grip, Qt::RightButton, {}, {8, 8});
-  EXPECT_EQ(releases.size(), 1);
-}
+  EXPECT_EQ(form.moves.size() + form.releases.size(), 0) << "the drag has them";
 
-TEST(SizeGrip, LeavesTheRightButtonAlone) {
-  Form form;
-  form.Show();
-  QSignalSpy presses(&form.grip, &SizeGrip::MouseDown);
-  QSignalSpy moves(&form.grip, &SizeGrip::MouseMove);
   QTest::mousePress(&form.grip, Qt::RightButton, {}, {8, 8});
   QTest::mouseMove(&form.grip, {38, 18});
   QTest::mouseRelease(&form.grip, Qt::RightButton, {}, {8, 8});
-  EXPECT_EQ(form.size(), QSize(300, 200));
-  EXPECT_EQ(presses.size(), 0);
-  ASSERT_EQ(moves.size(), 1);
-  EXPECT_EQ(moves.takeFirst(), QVariantList({short{2}, short{0}, 38.0F, 18.0F}));
+  EXPECT_EQ(form.size(), QSize(250, 160));
+  ASSERT_EQ(form.moves.size(), 1);
+  EXPECT_EQ(form.moves.takeFirst(), QVariantList({short{2}, short{0}, 38.0F, 18.0F}));
+  EXPECT_EQ(form.releases.size(), 1);
 }
 
 TEST(SizeGrip, OnlyTellsTheMouseElsewhere) {
@@ -133,14 +120,12 @@ TEST(SizeGrip, OnlyTellsTheMouseElsewhere) {
   for (QWidget* const parent : {static_cast<QWidget*>(&documents), &container}) {
     SizeGrip grip(parent);
     grip.move(5, 6);
-    parent->window()->resize(300, 200);
     parent->resize(300, 200);
     parent->window()->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(parent->window()));
     grip.show();
     EXPECT_EQ(grip.eForm(), nullptr);
-    EXPECT_EQ(grip.pos(), QPoint(5, 6));
-    EXPECT_EQ(grip.size(), QSize(grip.VScrollWidth(), grip.HScrollHeight()));
+    EXPECT_EQ(grip.geometry(), QRect(5, 6, grip.VScrollWidth(), grip.HScrollHeight()));
     QSignalSpy presses(&grip, &SizeGrip::MouseDown);
     QTest::mouseClick(&grip, Qt::LeftButton, Qt::ControlModifier, {2, 3});
     ASSERT_EQ(presses.size(), 1);
@@ -153,21 +138,17 @@ TEST(SizeGrip, DrawsThreeLinesInTwoColours) {
   form.Show();
   for (const qreal ratio : {1.0, 1.25, 1.5, 2.0}) {
     const QImage image = RenderedAt(form.grip, ratio);
+    const int side = image.width();
     int changes = 0;  // of colour, along the diagonal from the upper left to the lower right
-    for (int i = 0; i < image.width(); ++i) {
-      for (int x = 0; x < image.width(); ++x) {
-        const QColor colour = image.pixelColor(x, i);
-        ASSERT_TRUE(colour == kBack || colour == kLine) << ratio;
-        if (x + i < image.width()) {
-          ASSERT_EQ(colour, kBack) << "a line in the upper left half";
-        }
-      }
-      if (i > 0 && image.pixelColor(i, i) != image.pixelColor(i - 1, i - 1)) ++changes;
+    for (int i = 0; i < side * side; ++i) {
+      const int x = i % side;
+      const int y = i / side;
+      const QColor colour = image.pixelColor(x, y);
+      ASSERT_TRUE(colour == kBack || (colour == kLine && x + y >= side)) << x << "," << y;
+      if (x == y && x > 0 && colour != image.pixelColor(x - 1, y - 1)) ++changes;
     }
     EXPECT_EQ(changes, 6) << ratio;
   }
-  QPixmap picture(16, 16);
-  picture.fill(Qt::green);
-  form.grip.SetPicture(picture);
+  form.grip.SetPicture(PlainPicture({16, 16}, Qt::green));
   EXPECT_EQ(RenderedAt(form.grip, 1).pixelColor(0, 0), QColor(Qt::green));
 }
