@@ -28,9 +28,6 @@ class About : public testing::Test {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
   QPoint Middle(const QWidget* part) { return part->mapTo(about_, part->rect().center()); }
-  bool Goes() {
-    return QTest::qWaitFor([this] { return about_ == nullptr; });
-  }
 
   RecordingOpener shell_;
   QWidget owner_;
@@ -61,15 +58,12 @@ TEST_F(About, OnlyALeftPressOnTheFormItselfClosesIt) {
   EXPECT_EQ(about_, nullptr);
 }
 
-TEST_F(About, GoesWithTheFocus) {
+TEST_F(About, GoesWithTheFocusAndWithEscape) {
   owner_.activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&owner_));
-  EXPECT_TRUE(Goes());
-}
-
-TEST_F(About, GoesWithEscape) {
+  EXPECT_TRUE(QTest::qWaitFor([this] { return about_ == nullptr; }));
+  SetUp();
   QTest::keyClick(about_->windowHandle(), Qt::Key_Escape);
-  EXPECT_TRUE(Goes());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return about_ == nullptr; }));
 }
 
 }  // namespace
