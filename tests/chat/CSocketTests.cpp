@@ -93,23 +93,6 @@ std::string ErrorOf(Call call) {
   return "";
 }
 
-// While it lives the system gives the program no more handles.
-class NoMoreHandles {
- public:
-  NoMoreHandles() {
-    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before_), 0);
-    const Peer next(Sockets::Open(Sockets::Kind::kStream).value);
-    Set({static_cast<rlim_t>(next.Handle()), before_.rlim_max});
-  }
-  ~NoMoreHandles() { Set(before_); }
-  Q_DISABLE_COPY_MOVE(NoMoreHandles)
-
- private:
-  static void Set(const rlimit& limit) { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0); }
-
-  rlimit before_{};
-};
-
 }  // namespace
 
 TEST(CSocket, RaisesWhatACallCantDo) {
@@ -420,12 +403,16 @@ TEST(CSocket, WaitsWithConnectionsThatItCantTake) {
   EXPECT_EQ(Sockets::Connect(client.Handle(), {kLoopback, port}), Sockets::kWouldBlock);
   int failures = 0;
   basDebugLog::SetRecorder([&](const std::string& /*line*/) { ++failures; });
-  {
-    const NoMoreHandles none;
-    EXPECT_TRUE(Until([&] { return failures > 0; }));
-    Settle();
-    EXPECT_LT(failures, 5) << "it tries at every turn of the event loop";
-  }
+  // The system gives the program no more handles.
+  rlimit before{};
+  EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const Peer last(Sockets::Open(Sockets::Kind::kStream).value);
+  const rlimit none{static_cast<rlim_t>(last.Handle()), before.rlim_max};
+  EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_TRUE(Until([&] { return failures > 0; }));
+  Settle();
+  EXPECT_LT(failures, 5) << "it tries at every turn of the event loop";
+  EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
   EXPECT_TRUE(server.Hears("OnConnectionRequest")) << "it never tries again";
   basDebugLog::SetRecorder({});
   for (const std::int32_t request : server.requests) Sockets::Close(request);

@@ -50,7 +50,8 @@ class HtmlStripTest : public testing::Test {
   [[nodiscard]] std::ptrdiff_t RedPixels(qreal ratio) {
     const QImage image = RenderedAt(strip, ratio).convertToFormat(QImage::Format_RGB32);
     const auto* const pixels = reinterpret_cast<const QRgb*>(image.constBits());
-    return std::count(pixels, pixels + image.width() * image.height(), qRgb(255, 0, 0));
+    constexpr auto kPixel = static_cast<qsizetype>(sizeof(QRgb));
+    return std::count(pixels, pixels + image.sizeInBytes() / kPixel, qRgb(255, 0, 0));
   }
   /// Clicks where the page has a link.
   void ClickLink() {
@@ -84,6 +85,7 @@ TEST_F(HtmlStripTest, LoadsNothingThatThePageNames) {
       "file:///" + native + "/../" + folder.Native().filename().string() + "/"};
   const char* const ways[] = {
       R"~(<img src="$png">)~",
+      R"~(<img src="$png" width=30 height=30>)~",
       R"~(<body background="$png">text)~",
       R"~(<table background="$png" width=50 height=50><tr><td>text</table>)~",
       R"~(<table><tr><td background="$png">text</table>)~",
@@ -92,6 +94,7 @@ TEST_F(HtmlStripTest, LoadsNothingThatThePageNames) {
       R"~(<ul style="list-style-image: url($png)"><li>text</ul>)~",
       R"~(<link rel="stylesheet" href="$css"><p>text)~",
       R"~(<style>@import url("$css");</style><p>text)~",
+      R"~(<style>@import "$css";</style><p>text)~",
       R"~(<object data="$png">text</object><embed src="$png"><iframe src="$htm"></iframe>)~",
       R"~(<input type=image src="$png"><script src="$htm"></script>)~",
       R"~(<base href="file:///"><img src="$png">)~",
@@ -138,6 +141,7 @@ TEST_F(HtmlStripTest, OpensWebAddressesOnlyAndKeepsThePage) {
            {"file://" + other, ""},
            {other, ""},
            {R"(\\server\share\x.exe)", ""},
+           {"//server/share", ""},
            {"javascript:alert(1)", ""},
            {"mailto:a@b.example", ""},
            {"data:text/html,x", ""},
@@ -171,6 +175,7 @@ TEST_F(HtmlStripTest, StaysEmptyAndQuickWithPagesThatNobodyCouldRead) {
   const auto picture = [](const std::string& size) { return "<img src='data:,a' " + size + ">"; };
   for (const std::string& page : {
            std::string(HtmlStrip::kLargestPage + 1, 'x'),
+           Repeated("<table><tr><td>", 40) + "x",
            Repeated("<table><tr><td>", 650) + "x",
            Repeated("<ul><li>", 7000),
            "<table>" + Repeated("<tr><td colspan=20000 rowspan='19999'>x", 300),
@@ -205,6 +210,7 @@ TEST_F(HtmlStripTest, StaysEmptyAndQuickWithPagesThatNobodyCouldRead) {
            Repeated("<p style='margin-top:1000000px'>x", 10),
            Repeated("<p style='margin-top:19999px'>x", 200),
            Repeated(picture("width=100000 height=100000"), 160),
+           Repeated(picture("width=19999 height=19999"), 160),
            Repeated("<p style='letter-spacing:19999px'>xxxxxxxxxxxxx", 20),
            Repeated("<table width=15000%><tr><td>", 6),
            Repeated("<table cellpadding=19999><tr><td>x</table>", 100),
