@@ -90,18 +90,21 @@ class Lists : public testing::Test {
     int row;
     int scroll;
   };
-  // Presses the keys. Each is to select that row, with one repaint, and to show it beside.
+  // Presses the keys. Each is to select that row, with one repaint, and to show what is its.
   void CheckKeys(ListSurface* list, const std::string& picture, const std::vector<KeyRow>& rows) {
     const bool isTypes = list == lists->picTypeList;
     PaintCounter paints(list);
+    PaintCounter mods(lists->picModList);
     for (const auto& [key, row, scroll] : rows) {
       SCOPED_TRACE(key);
       paints.Take();
+      mods.Take();
       log.clear();
       QTest::keyClick(list, key);
       EXPECT_EQ(isTypes ? lists->CurType : lists->CurModRow, row);
       EXPECT_EQ(isTypes ? lists->TypeScroll : lists->ModScroll, scroll);
       EXPECT_EQ(paints.Take(), 1);
+      EXPECT_EQ(mods.Take(), 1);
       // Each of a page's steps shows its type; of those to a mod the last one does.
       const bool isPage = key == Qt::Key_PageDown || key == Qt::Key_PageUp;
       EXPECT_EQ(std::count(log.begin(), log.end(), ' '), !isPage ? 3 : isTypes ? 21 : 6);
