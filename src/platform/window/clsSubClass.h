@@ -23,7 +23,6 @@ class clsSubClass : public QObject {
   /// Takes the hook off. True when none remains.
   bool StopSubClass();
   [[nodiscard]] bool Hooked() const { return !window_.isNull(); }
-  /// The hooked widget, or null.
 
  signals:
   /// One whole step of the wheel over `window`: `delta` is 120 upward (away from the user), -120
