@@ -1,5 +1,8 @@
 #include "controls/SkinLooks.h"
 
+#include <QPalette>
+#include <QWidget>
+
 #include "controls/skinBtn.h"
 
 namespace {
@@ -17,6 +20,7 @@ constexpr ThreeColours kTabBack = {11904415, 14999516, 12957875};
 constexpr ThreeColours kTabFore = {0, 0, 0};
 constexpr ThreeColours kLinkFore = {14999516, 16711680, 255};
 constexpr ThreeColours kFrame = {4336663, 3656959, 16777215};
+constexpr ColourNumber kSelection = 6050376;
 
 void SetBack(skinBtn& button, const ThreeColours& colours) {
   button.SetBackColorNormal(colours.normal);
@@ -54,24 +58,24 @@ void Show(skinBtn& button) {
   button.Normal(true);
 }
 
-}  // namespace
-
-namespace SkinLooks {
-
-void ApplyWindowLook(skinBtn& button) {
-  SetBack(button, kWindowBack);
-  SetFore(button, kWindowFore);
+void ApplyFilledLook(skinBtn& button, const ThreeColours& back, const ThreeColours& fore) {
+  SetBack(button, back);
+  SetFore(button, fore);
   SetFrame(button);
   SetStyles(button, 1, 1);
   Show(button);
 }
 
+}  // namespace
+
+namespace SkinLooks {
+
+void ApplyWindowLook(skinBtn& button) {
+  ApplyFilledLook(button, kWindowBack, kWindowFore);
+}
+
 void ApplyTabLook(skinBtn& button) {
-  SetBack(button, kTabBack);
-  SetFore(button, kTabFore);
-  SetFrame(button);
-  SetStyles(button, 1, 1);
-  Show(button);
+  ApplyFilledLook(button, kTabBack, kTabFore);
 }
 
 void ApplyLinkLook(skinBtn& button) {
@@ -87,6 +91,15 @@ void SetFont(skinBtn& button, const QFont& font) {
   button.SetFontNormal(font);
   button.SetFontMouseMove(font);
   button.SetFontMouseDown(font);
+}
+
+void SetTextColours(QWidget& text, ColourNumber back, const QColor& fore) {
+  QPalette colours = text.palette();
+  colours.setColor(QPalette::Base, Colours::ToQColor(back));
+  colours.setColor(QPalette::Text, fore);
+  colours.setColor(QPalette::Highlight, Colours::ToQColor(kSelection));
+  colours.setColor(QPalette::HighlightedText, Qt::white);
+  text.setPalette(colours);
 }
 
 }  // namespace SkinLooks

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <QColor>
 #include <QFont>
 
+#include "controls/Colours.h"
+
+class QWidget;
 class skinBtn;
 
 /// The three looks that the skin gives its flat buttons. Each sets all colours, frames and fills
@@ -17,5 +21,8 @@ void ApplyLinkLook(skinBtn& button);
 
 /// Sets the font of all three looks of a button.
 void SetFont(skinBtn& button, const QFont& font);
+
+/// The colours of a text that can be selected; the selection has the skin's.
+void SetTextColours(QWidget& text, ColourNumber back, const QColor& fore);
 
 }  // namespace SkinLooks

@@ -29,7 +29,6 @@ constexpr QRect kSurface(8, 291, 652, 235);
 constexpr QRect kPictureTab(8, 276, 57, 15);
 constexpr QRect kDescriptionTab(63, 276, 89, 15);
 constexpr ColourNumber kBackground = 12957875;
-constexpr ColourNumber kSelection = 6050376;
 constexpr int kTextPixels = 11;
 constexpr int kTextMargin = 6;
 constexpr int kTabStop = 8;  // characters
@@ -137,12 +136,7 @@ void DetailView::PrepareText() const {
   box.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   SkinScrollBar::Apply(*box.verticalScrollBar());
   // It looks the same while the panel has the detail area disabled.
-  QPalette colours = box.palette();
-  colours.setColor(QPalette::Base, Colours::ToQColor(kBackground));
-  colours.setColor(QPalette::Text, Qt::black);
-  colours.setColor(QPalette::Highlight, Colours::ToQColor(kSelection));
-  colours.setColor(QPalette::HighlightedText, Qt::white);
-  box.setPalette(colours);
+  SkinLooks::SetTextColours(box, kBackground, Qt::black);
   box.setGeometry(picDescPic->rect());
   box.hide();
 }

@@ -6,6 +6,7 @@
 #include "controls/Colours.h"
 #include "controls/Fonts.h"
 #include "controls/Painting.h"
+#include "controls/SkinLooks.h"
 
 namespace {
 
@@ -13,7 +14,6 @@ constexpr ColourNumber kInputBack = 14999516;
 constexpr ColourNumber kHotBack = 16777215;
 constexpr ColourNumber kFrame = 4336663;
 constexpr ColourNumber kHotFrame = 3656959;
-constexpr ColourNumber kSelection = 6050376;
 constexpr ColourNumber kPanel = 6050376;
 
 }  // namespace
@@ -24,12 +24,7 @@ SkinTextBox::SkinTextBox(QWidget* parent) : QLineEdit(parent) {
   setAcceptDrops(false);  // a dropped file would come as a web address
   setTextMargins(kMargin, 0, kMargin, 0);
   setFont(Fonts::Tahoma());
-  QPalette colours = palette();
-  colours.setColor(QPalette::Base, Colours::ToQColor(kInputBack));
-  colours.setColor(QPalette::Text, Qt::black);
-  colours.setColor(QPalette::Highlight, Colours::ToQColor(kSelection));
-  colours.setColor(QPalette::HighlightedText, Qt::white);
-  setPalette(colours);
+  SkinLooks::SetTextColours(*this, kInputBack, Qt::black);
 }
 
 void SkinTextBox::paintEvent(QPaintEvent* event) {

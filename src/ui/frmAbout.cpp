@@ -29,7 +29,6 @@ namespace {
 constexpr ColourNumber kForm = 10784648;
 constexpr ColourNumber kField = 11904415;
 constexpr ColourNumber kRole = 14999516;
-constexpr ColourNumber kSelection = 6050376;
 constexpr int kFormHeight = 6520;  // twips
 constexpr int kTitlePixels = 13;
 
@@ -95,12 +94,7 @@ void PrepareNotice(QTextEdit& box) {
   box.verticalScrollBar()->setSingleStep(kLineHeight);
   box.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   SkinScrollBar::Apply(*box.verticalScrollBar());
-  QPalette colours = box.palette();
-  colours.setColor(QPalette::Base, Colours::ToQColor(kField));
-  colours.setColor(QPalette::Text, Qt::white);
-  colours.setColor(QPalette::Highlight, Colours::ToQColor(kSelection));
-  colours.setColor(QPalette::HighlightedText, Qt::white);
-  box.setPalette(colours);
+  SkinLooks::SetTextColours(box, kField, Qt::white);
 }
 
 }  // namespace
