@@ -9,6 +9,18 @@
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 
+namespace {
+
+/// `AddFile` would make a file that doesn't exist, so a name that leads out of `TempDir` must
+/// fail here.
+void RequirePlainName(std::string_view name) {
+  if (!DosPath::IsPlainFileName(name)) {
+    Fail("payload \"", name, "\": the name can't stand for a file in the temp directory");
+  }
+}
+
+}  // namespace
+
 void ScriptRun::LoadArchive(std::string_view line) {
   FirstArg = session_.ResolvePath(line);
   archiveUsable_ = session_.IMG.Load(std::string(FirstArg));
@@ -30,29 +42,24 @@ void ScriptRun::AddIMG(std::string_view line) {
   if (!archiveUsable_) return;
   UnpackPayload(line);
   session_.SetStatus("F\xFCge zu " + FirstArgName() + " hinzu..." + std::string(line));
-  AddPayload(line);
+  RequirePlainName(line);
+  session_.IMG.AddFile(session_.TempPath(line));
+  DeletePayload(line);
 }
 
 void ScriptRun::ReplaceIMG(std::string_view line) {
   if (!archiveUsable_) return;
   UnpackPayload(line);
   session_.SetStatus("Ersetze in " + FirstArgName() + " ..." + std::string(line));
-  session_.IMG.RemoveFile(line);
-  AddPayload(line);
+  // The old entry goes first, also where no new one can come.
+  if (!DosPath::IsPlainFileName(line)) session_.IMG.RemoveFile(line);
+  RequirePlainName(line);
+  session_.IMG.ReplaceFile(line, session_.TempPath(line));
+  DeletePayload(line);
 }
 
 void ScriptRun::RemoveIMG(std::string_view line) {
   if (!archiveUsable_) return;
   session_.SetStatus("L\xF6sche aus " + FirstArgName() + " ..." + std::string(line));
   session_.IMG.RemoveFile(line);
-}
-
-/// `AddFile` would make a file that doesn't exist, so a name that leads out of `TempDir` must
-/// fail here.
-void ScriptRun::AddPayload(std::string_view name) {
-  if (!DosPath::IsPlainFileName(name)) {
-    Fail("payload \"", name, "\": the name can't stand for a file in the temp directory");
-  }
-  session_.IMG.AddFile(session_.TempPath(name));
-  DeletePayload(name);
 }

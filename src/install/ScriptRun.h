@@ -72,7 +72,6 @@ class ScriptRun {
   // Shared steps of the commands.
   void UnpackPayload(std::string_view name);
   void DeletePayload(std::string_view name);
-  void AddPayload(std::string_view name);
   std::string SourceOnDisk(std::string_view line);
   void CopyToTarget(const std::string& status, const std::string& source);
   void FallBackToTempDir(int mask);

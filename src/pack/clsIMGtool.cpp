@@ -106,6 +106,11 @@ std::string BareName(const FileSystem& files, const std::string& path) {
   return name.substr(0, name.find_last_not_of(". ") + 1);  // as the file will be called
 }
 
+/// Fills an archive that ends inside a sector up to the sector's `end`.
+void PadTo(File& archive, std::int64_t end) {
+  if (archive.Size() != end) archive.SetSize(end);
+}
+
 /// The records that `Load` counts in the order in which they are the lowest: by offset, and of
 /// several with one offset the last first.
 std::vector<std::size_t> RecordsByOffset(std::string_view directory) {
@@ -313,36 +318,56 @@ void clsIMGtool::FindLowestRecord(std::string_view directory, std::int64_t fileL
   }
 }
 
-void clsIMGtool::AddFile(const std::string& strFile) {
-  const std::string name = BareName(files_, strFile);
+clsIMGtool::Payload clsIMGtool::ReadPayload(const std::string& path) const {
+  std::string name = BareName(files_, path);
   if (name.size() >= kNameSize) {
     Fail("archive \"", imgFile_, "\": the name \"", name, "\" has ", name.size(),
          " bytes, a record takes ", kNameSize - 1);
   }
-  std::string data;
-  {
-    const File source = files_.OpenBinary(strFile);
-    CheckEnd(source.Size());
-    data = ReadSectors(source, 0, WholeSectors(source.Size()));
-  }
+  const File source = files_.OpenBinary(path);
+  CheckEnd(source.Size());
+  return {std::move(name), ReadSectors(source, 0, WholeSectors(source.Size()))};
+}
 
+void clsIMGtool::AddFile(const std::string& strFile) {
+  const Payload payload = ReadPayload(strFile);
   File archive = files_.OpenBinary(imgFile_);
-  const bool moved = MakeRoomForRecord(archive);
-  const std::int64_t end = ReserveEnd(archive, static_cast<std::int64_t>(data.size()));
-  // What stood in the slot behind the name's NUL stays there.
-  archive.WriteAt(static_cast<std::int64_t>(nextEntryPos_) - 1,
-                  NumberToBytes(static_cast<double>(end) / kSector) +
-                      NumberToBytes(static_cast<double>(data.size()) / kSector) + name + '\0');
-  archive.WriteAt(kCountOffset, NumberToBytes(entryCount_ + 1));
-  archive.WriteAt(end, data);
-  archive.Close();
+  AppendEntry(archive, payload);
+}
 
+void clsIMGtool::ReplaceFile(std::string_view strName, const std::string& strFile) {
+  const Payload payload = ReadPayload(strFile);
+  File archive = files_.OpenBinary(imgFile_);
+  const std::int64_t end = ReserveEnd(archive, payload.Size());
+  if (!TakeOut(archive, strName)) return AppendEntry(archive, payload);
+  // The old record has left a slot, so nothing needs to move.
+  WriteEntry(archive, end, payload);
+  archive.Close();
+  nextEntryPos_ += kRecordSize;
+  entryCount_ += 1;
+}
+
+void clsIMGtool::AppendEntry(File& archive, const Payload& payload) {
+  const bool moved = MakeRoomForRecord(archive);
+  WriteEntry(archive, ReserveEnd(archive, payload.Size()), payload);
+  archive.Close();
   if (moved) {
     Load(std::string());
   } else {
     nextEntryPos_ += kRecordSize;
     entryCount_ += 1;
   }
+}
+
+void clsIMGtool::WriteEntry(File& archive, std::int64_t end, const Payload& payload) const {
+  PadTo(archive, end);
+  // What stood in the slot behind the name's NUL stays there.
+  archive.WriteAt(static_cast<std::int64_t>(nextEntryPos_) - 1,
+                  NumberToBytes(static_cast<double>(end) / kSector) +
+                      NumberToBytes(static_cast<double>(payload.Size()) / kSector) + payload.name +
+                      '\0');
+  archive.WriteAt(kCountOffset, NumberToBytes(entryCount_ + 1));
+  archive.WriteAt(end, payload.data);
 }
 
 void clsIMGtool::CheckEnd(std::int64_t end) const {
@@ -367,6 +392,7 @@ bool clsIMGtool::MakeRoomForRecord(File& archive) {
               archive.Size());
     const std::string data = ReadSectors(archive, record.offset, record.size);
     const std::int64_t end = ReserveEnd(archive, record.size);
+    PadTo(archive, end);
     archive.WriteAt(kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize,
                     NumberToBytes(static_cast<double>(end) / kSector));
     archive.WriteAt(end, data);  // its old place is dead from here on
@@ -379,7 +405,6 @@ std::int64_t clsIMGtool::ReserveEnd(File& archive, std::int64_t size) const {
   CheckEnd(end + size);
   // Records go to disk ahead of the data, so see to it first that there is room for both.
   archive.Reserve(end, size);
-  if (archive.Size() != end) archive.SetSize(end);
   return end;
 }
 
@@ -389,6 +414,10 @@ void clsIMGtool::AppendEmptySector(File& archive) const {
 
 void clsIMGtool::RemoveFile(std::string_view strName) {
   File archive = files_.OpenBinary(imgFile_);
+  if (TakeOut(archive, strName)) archive.Close();
+}
+
+bool clsIMGtool::TakeOut(File& archive, std::string_view strName) {
   const auto regionEnd = static_cast<std::int64_t>(lowestOffset_);
   const auto directorySize = static_cast<std::int64_t>(entryCount_) * kRecordSize;
   if (regionEnd < kHeaderSize + directorySize) {
@@ -396,7 +425,7 @@ void clsIMGtool::RemoveFile(std::string_view strName) {
          " begins inside the directory of ", directorySize, " bytes");
   }
   const auto found = FindRecord(archive, directorySize / kRecordSize, strName);
-  if (!found) return;
+  if (!found) return false;
   const bool wasLowest = static_cast<double>(found->offset) <= lowestOffset_;
   // What remains is only needed to find the lowest anew.
   std::string directory;
@@ -414,7 +443,7 @@ void clsIMGtool::RemoveFile(std::string_view strName) {
     nextEntryPos_ -= kRecordSize;
     if (lowestEntryPos_ > static_cast<double>(found->position) + 1) lowestEntryPos_ -= kRecordSize;
   }
-  archive.Close();
+  return true;
 }
 
 bool clsIMGtool::RebuildIMG(std::string& strFile) {

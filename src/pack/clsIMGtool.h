@@ -80,6 +80,10 @@ class clsIMGtool {
   /// directory; the data stays in the file, dead. Nothing happens if there is none.
   void RemoveFile(std::string_view strName);
 
+  /// `RemoveFile` of `strName`, then `AddFile` of `strFile`. The file is read and the room for it
+  /// reserved first: a full disk, or an archive that is full, loses no entry.
+  void ReplaceFile(std::string_view strName, const std::string& strFile);
+
   /// Writes the archive anew without gaps and dead data and puts it in the old one's place, by
   /// way of `strFile` + ".tmp"; then loads it. Empty means `IMGFile`. Returns what `Load`
   /// returns; false, and nothing changed, if the file doesn't begin with the magic.
@@ -92,6 +96,20 @@ class clsIMGtool {
   static std::string NumberToBytes(double number);
 
  private:
+  /// A file to become an entry.
+  struct Payload {
+    std::string name;
+    std::string data;  // whole sectors
+
+    [[nodiscard]] std::int64_t Size() const { return static_cast<std::int64_t>(data.size()); }
+  };
+  [[nodiscard]] Payload ReadPayload(const std::string& path) const;
+  /// Adds the payload as a new entry behind all others, and closes the archive.
+  void AppendEntry(File& archive, const Payload& payload);
+  /// Writes the next record, the count, and the data at the archive's `end`.
+  void WriteEntry(File& archive, std::int64_t end, const Payload& payload) const;
+  /// Takes the first record of that name out; false, and nothing changed, if there is none.
+  bool TakeOut(File& archive, std::string_view strName);
   [[nodiscard]] const udtIMGEntry* FindEntry(std::string_view name) const;
   void LoadRecords(std::string_view directory);
   /// Takes note of the record at `nextEntryPos_`, whose data is at `offset`, and goes behind it.
@@ -102,8 +120,7 @@ class clsIMGtool {
   /// Sees to it that a record fits behind the last one; true if the archive was changed.
   bool MakeRoomForRecord(File& archive);
   void AppendEmptySector(File& archive) const;
-  /// Fills the archive up to a whole sector, makes sure of room for `size` bytes behind it, and
-  /// returns its end.
+  /// Makes sure of room for `size` bytes behind the archive's last sector, and returns its end.
   std::int64_t ReserveEnd(File& archive, std::int64_t size) const;
   void CopyEntries(const File& source, File& target, std::int64_t count) const;
 

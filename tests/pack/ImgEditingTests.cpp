@@ -368,6 +368,31 @@ TEST_F(ImgFaults, AddFileWithAMoveLosesNoneOfTheOthers) {
       });
 }
 
+TEST_F(ImgFaults, ReplaceFileChangesNothingWhereThereIsNoRoom) {
+  const std::string before = RawArchive::Make(Numbered(63));
+  std::string cause;
+  int fullDisks = 0;
+  FailEverywhere(
+      before,
+      [&](clsIMGtool& tool) {
+        cause.clear();
+        try {
+          tool.ReplaceFile("E2", folder.Dos("new"));
+        } catch (const Failure& failure) {
+          cause = failure.what();
+          throw;
+        }
+      },
+      [&](const std::string& when) {
+        const bool isFull = cause.starts_with("reserve");
+        fullDisks += isFull ? 1 : 0;
+        EXPECT_TRUE(!isFull || folder.Read("a.img") == before) << when;
+        EXPECT_TRUE(!cause.empty() ||
+                    (IsReadable({"new", newData}) && !IsReadable(Numbered(2)[1])));
+      });
+  EXPECT_EQ(fullDisks, 2);
+}
+
 TEST_F(ImgFaults, RebuildLeavesTheOldOrTheNewArchiveWhole) {
   const std::string before = RawArchive::Make(Numbered(6), 4);
   const std::string after = RawArchive::Make(Numbered(6), 1);
