@@ -1,9 +1,13 @@
 #pragma once
 
 #include <bitset>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/EventPacer.h"
 
 /// The pattern language of the line commands: `?` any one character, `*` any run of characters,
 /// `#` one decimal digit, `[abc]` and `[a-z]` one of a list, `[!abc]` one that isn't listed.
@@ -17,18 +21,34 @@ class LinePattern {
   explicit LinePattern(std::string_view pattern);
 
   /// Whether the pattern matches `line`, or `line` equals the pattern as plain text.
-  [[nodiscard]] bool MatchesOrEquals(std::string_view line) const;
-  /// Whether the pattern matches `text`.
-  [[nodiscard]] bool Matches(std::string_view text) const;
+  bool MatchesOrEquals(std::string_view line, EventPacer& pacer) const;
+  /// Whether the pattern matches `text`. Takes time by the length of the text, and for each 64
+  /// elements between two `*`.
+  bool Matches(std::string_view text, EventPacer& pacer) const;
 
  private:
-  struct Element {
-    bool run;                   // `*`; otherwise exactly one character out of `accepted`
-    std::bitset<256> accepted;  // by the lower-case byte
+  /// What stands between two `*`: elements that each take exactly one character.
+  class Segment {
+   public:
+    void Add(const std::bitset<256>& accepted) { accepted_.push_back(accepted); }
+    [[nodiscard]] std::size_t Length() const { return accepted_.size(); }
+    [[nodiscard]] bool IsAt(std::size_t position, std::string_view text) const;
+    /// Makes ready for `Find`.
+    void Prepare();
+    /// The first place in `text` from `position` on where the segment stands, or npos.
+    std::size_t Find(std::string_view text, std::size_t position, EventPacer& pacer) const;
+
+   private:
+    std::size_t FindLong(std::string_view text, std::size_t position, EventPacer& pacer) const;
+
+    std::vector<std::bitset<256>> accepted_;  // by the lower-case byte
+    /// For each byte, lower-case or not, a bit for each element: whether it takes the byte.
+    std::vector<std::uint64_t> takers_;
   };
   [[nodiscard]] bool EqualsPlainText(std::string_view line) const;
 
   std::string plainText_;  // the pattern as written, in lower case
   bool literal_ = true;    // no element but characters that stand for themselves
-  std::vector<Element> elements_;
+  /// One more than there are `*`. The first is bound to the text's start, the last to its end.
+  std::vector<Segment> segments_{1};
 };

@@ -24,13 +24,16 @@ struct FoundLine {
 };
 
 /// The first line of `text` that matches, or nothing.
-std::optional<FoundLine> FindLine(std::string_view text, const LinePattern& pattern) {
+std::optional<FoundLine> FindLine(std::string_view text, const LinePattern& pattern,
+                                  const DoEvents& doEvents) {
+  EventPacer pacer(doEvents);
   std::size_t start = 0;
   while (start < text.size()) {
     const std::size_t end = std::min(text.find('\r', start), text.size());
     std::size_t next = std::min(end + 1, text.size());
     if (next < text.size() && text[next] == '\n') ++next;
-    if (pattern.MatchesOrEquals(text.substr(start, end - start))) {
+    pacer.Work(end - start);
+    if (pattern.MatchesOrEquals(text.substr(start, end - start), pacer)) {
       return FoundLine{static_cast<std::int64_t>(next) + 1, static_cast<std::int64_t>(end - start)};
     }
     start = next;
@@ -85,40 +88,54 @@ std::string ResolvePath(std::string_view path, std::string_view gameDirectory) {
 }
 
 void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::string filePath,
-                std::string_view search, std::string_view newText, EditMode mode) {
+                std::string_view search, std::string_view newText, EditMode mode,
+                const DoEvents& doEvents) {
   Trapped("basTextEdit.ModifyLine", [&] {
     if (files.FindFirst(filePath, kFindFiles).empty()) {
       filePath = ResolvePath(filePath, gameDirectory);
     }
     std::string text = files.ReadWhole(filePath);
-    if (!text.ends_with(kLineEnd)) {
-      // The file keeps this, even if the edit finds nothing.
-      text += kLineEnd;
-      files.WriteWhole(filePath, text);
+    const bool lacksEnd = !text.ends_with(kLineEnd);
+    if (lacksEnd) text += kLineEnd;
+    // The file keeps this, even if the edit finds nothing or the pattern is malformed.
+    const auto writeEnd = [&] {
+      if (lacksEnd) files.WriteWhole(filePath, text);
+    };
+    std::optional<LinePattern> pattern;
+    try {
+      if (!search.empty()) pattern.emplace(search);
+    } catch (const Failure&) {
+      writeEnd();
+      throw;
     }
-    std::optional<FoundLine> found;
-    if (!search.empty()) found = FindLine(text, LinePattern(search));
+    // Events run in here alone, ahead of the first write: one that ends the run leaves the file
+    // as it was.
+    const auto found = pattern ? FindLine(text, *pattern, doEvents) : std::nullopt;
+    writeEnd();
     files.WriteWhole(filePath, Edited(text, found, newText, mode));
   });
 }
 
 void AddLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-             std::string_view search, std::string_view newText) {
-  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kAdd);
+             std::string_view search, std::string_view newText, const DoEvents& doEvents) {
+  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kAdd,
+             doEvents);
 }
 
 void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                std::string_view search) {
-  ModifyLine(files, gameDirectory, std::string(filePath), search, "", EditMode::kRemove);
+                std::string_view search, const DoEvents& doEvents) {
+  ModifyLine(files, gameDirectory, std::string(filePath), search, "", EditMode::kRemove, doEvents);
 }
 
 void ReplaceLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                 std::string_view search, std::string_view newText) {
-  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kReplace);
+                 std::string_view search, std::string_view newText, const DoEvents& doEvents) {
+  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kReplace,
+             doEvents);
 }
 
-bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search) {
-  return FindLine(files.ReadWhole(filePath), LinePattern(search)).has_value();
+bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search,
+                const DoEvents& doEvents) {
+  return FindLine(files.ReadWhole(filePath), LinePattern(search), doEvents).has_value();
 }
 
 }  // namespace basTextEdit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,10 @@ class FileSystem;
 /// Line by line editing of text files, and the path rule of scripts. Text is Windows-1252; a line
 /// ends at a CR or a CR LF pair, and a lone LF doesn't end a line. Patterns are `LinePattern`.
 namespace basTextEdit {
+
+/// Lets pending events run; called when the search for a line takes long. What it throws ends the
+/// operation, with the file as it was.
+using DoEvents = std::function<void()>;
 
 enum class EditMode { kAdd = 0, kRemove = 1, kReplace = 2 };
 
@@ -18,17 +23,19 @@ std::string ResolvePath(std::string_view path, std::string_view gameDirectory);
 /// Finds the first line of the file that matches `search` and inserts `newText` behind it,
 /// removes it or replaces it. Has a trap: a failure changes nothing more and isn't passed on.
 void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::string filePath,
-                std::string_view search, std::string_view newText, EditMode mode);
+                std::string_view search, std::string_view newText, EditMode mode,
+                const DoEvents& doEvents = {});
 
 void AddLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-             std::string_view search, std::string_view newText);
+             std::string_view search, std::string_view newText, const DoEvents& doEvents = {});
 void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                std::string_view search);
+                std::string_view search, const DoEvents& doEvents = {});
 void ReplaceLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                 std::string_view search, std::string_view newText);
+                 std::string_view search, std::string_view newText, const DoEvents& doEvents = {});
 
 /// Whether a line of the file matches. The path is resolved already. Fails on a missing file and
 /// on a malformed pattern.
-bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search);
+bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search,
+                const DoEvents& doEvents = {});
 
 }  // namespace basTextEdit
