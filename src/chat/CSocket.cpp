@@ -260,6 +260,14 @@ void CSocket::RecvData(SocketValue& varData, std::optional<int> varType,
   if (take) RecvBuffer_.erase(0, count);
 }
 
+void CSocket::HoldStream() const {
+  MSocketSupport::HoldStream(SocketHandle_);
+}
+
+void CSocket::ReleaseStream() const {
+  MSocketSupport::ReleaseStream(SocketHandle_);
+}
+
 // Bytes out.
 
 void CSocket::SendData(const SocketValue& varData) {

@@ -110,6 +110,11 @@ class CSocket {
   /// turns broadcasting on, any other off.
   void SetRemoteHost(std::string_view host);
 
+  /// For one who has enough to do with what has come: no data of a connection, nor its close,
+  /// until `ReleaseStream`.
+  void HoldStream() const;
+  void ReleaseStream() const;
+
   // For MSocketSupport alone.
   void PostSocketEvent(int eventId, int error);
   void PostGetHostEvent(std::int32_t requestId, std::uint32_t hostAddress,

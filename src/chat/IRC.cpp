@@ -1,15 +1,28 @@
 #include "chat/IRC.h"
 
+#include <QDeadlineTimer>
 #include <chrono>
 #include <variant>
 
 #include "core/basDebugLog.h"
 #include "platform/Text.h"
 
+using namespace std::chrono_literals;
+
+namespace {
+
+// How long lines are processed until the event loop has its turn.
+constexpr std::chrono::milliseconds kLongestTurn = 50ms;
+// In bytes. What a server of today may send, tags included, has half of it; what is longer is cut.
+constexpr std::size_t kLongestLine = 16384;
+
+}  // namespace
+
 IRC::IRC(IRCEvents& events) : IrcParser(events), ws_(*this) {
-  using namespace std::chrono_literals;
   trReconnect_.setInterval(30s);
   QObject::connect(&trReconnect_, &QTimer::timeout, &trReconnect_, [this] { trReconnect_Timer(); });
+  nextTurn_.setSingleShot(true);
+  QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] { ProcessWaiting(); });
 }
 
 void IRC::DoClose() {
@@ -27,6 +40,8 @@ void IRC::DoConnect() {
 }
 
 void IRC::ConnectToServer() {
+  if (nextTurn_.isActive()) waiting_.clear();  // of a connection that is gone
+  nextTurn_.stop();
   ws_.Connect(ServerHost_, Text::WholeNumber(ServerPort_));
 }
 
@@ -103,7 +118,24 @@ void IRC::OnDataArrival(std::int32_t /*bytesTotal*/) {
   ws_.GetData(received);
   const auto* const text = std::get_if<std::string>(&received);
   if (text == nullptr) return;
-  for (const std::string& line : CutLines(*text)) ProcessLine(line);
+  for (std::string& line : CutLines(*text)) {
+    waiting_.push_back(line.size() > kLongestLine ? line.substr(0, kLongestLine) : std::move(line));
+  }
+  ProcessWaiting();
+}
+
+void IRC::ProcessWaiting() {
+  const QDeadlineTimer turn(kLongestTurn);
+  while (!waiting_.empty()) {
+    if (turn.hasExpired()) {
+      ws_.HoldStream();
+      return nextTurn_.start(0ms);
+    }
+    const std::string line = std::move(waiting_.front());
+    waiting_.pop_front();
+    ProcessLine(line);
+  }
+  ws_.ReleaseStream();
 }
 
 void IRC::OnClose() {

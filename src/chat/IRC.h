@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,9 @@
 ///
 /// A command is one send of one line. Without a socket it fails with 40006. No QUIT is ever sent:
 /// closing, and the end of the object, close the socket, nothing more.
+///
+/// However much a server sends at once, the event loop gets its turn: nothing is read while lines
+/// of an earlier read still wait for theirs.
 class IRC : public IrcParser, private CSocketEvents {
  public:
   /// `events` must outlive the object.
@@ -75,11 +79,14 @@ class IRC : public IrcParser, private CSocketEvents {
                bool CancelDisplay) override;
   void ToAll(Command command, std::string_view source, const std::string& Message);
   void ConnectToServer();
+  void ProcessWaiting();
   void AfterLoss();
   void trReconnect_Timer();
 
   CSocket ws_;
   QTimer trReconnect_;
+  std::deque<std::string> waiting_;  // lines that have been read and not processed
+  QTimer nextTurn_;                  // runs while they wait for the event loop's next turn
   std::string ServerHost_ = "localhost";
   std::string ServerPort_ = "6667";
   std::string Info_ = "Info";

@@ -13,9 +13,10 @@
 namespace {
 
 // What is kept of a server's words beyond one line is held in bounds, so that no server can fill
-// the memory. A line of the protocol has 512 bytes, so no honest name is longer.
+// the memory. A line of the protocol has 512 bytes, so no honest name is longer. Each channel is
+// walked for each KICK; the window joins one.
 constexpr std::size_t kLongestName = 512;
-constexpr std::size_t kMostChannels = 256;
+constexpr std::size_t kMostChannels = 32;
 constexpr std::size_t kMostModes = 256;
 
 constexpr std::size_t kFewestWords = 4;

@@ -138,6 +138,14 @@ void ExpectStream(Sockets::Handle handle) {
   Expect(handle, &SocketWatch::ExpectStream);
 }
 
+void HoldStream(Sockets::Handle handle) {
+  Expect(handle, &SocketWatch::HoldStream);
+}
+
+void ReleaseStream(Sockets::Handle handle) {
+  Expect(handle, &SocketWatch::ReleaseStream);
+}
+
 void ExpectDatagrams(Sockets::Handle handle) {
   Expect(handle, &SocketWatch::ExpectDatagrams);
 }

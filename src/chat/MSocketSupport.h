@@ -28,6 +28,8 @@ void UnregisterSocket(Sockets::Handle handle);
 // What is to be reported about a registered socket; see SocketWatch.
 void ExpectConnect(Sockets::Handle handle);
 void ExpectStream(Sockets::Handle handle);
+void HoldStream(Sockets::Handle handle);
+void ReleaseStream(Sockets::Handle handle);
 void ExpectDatagrams(Sockets::Handle handle);
 void ExpectRequests(Sockets::Handle handle);
 void PauseRequests(Sockets::Handle handle);

@@ -47,6 +47,18 @@ void SocketWatch::ExpectStream() {
   Expect(Incoming::kStream);
 }
 
+void SocketWatch::HoldStream() {
+  held_ = true;
+  read_->setEnabled(false);
+}
+
+void SocketWatch::ReleaseStream() {
+  if (!held_) return;
+  held_ = false;
+  read_->setEnabled(incoming_ != Incoming::kNothing);
+  StreamReadableSoon();
+}
+
 void SocketWatch::ExpectDatagrams() {
   Expect(Incoming::kDatagrams);
 }
@@ -89,21 +101,26 @@ void SocketWatch::Readable() {
 }
 
 void SocketWatch::StreamReadable() {
+  if (held_) return;
   const Report report = report_;
   const Sockets::Result pending = Sockets::Peek(handle_);
   if (pending.error == Sockets::kWouldBlock) return;
   if (pending.value <= 0) return report(kCloseEvent, pending.error);
   const std::weak_ptr<char> life = life_;
   report(kReadEvent, 0);
-  if (life.expired()) return;
+  if (life.expired() || held_) return;
   const Sockets::Result next = Sockets::Peek(handle_);
   // The system tells an error once, and this was it.
   if (next.error != 0 && next.error != Sockets::kWouldBlock) {
     return report(kCloseEvent, next.error);
   }
-  // Not every system wakes us once more for an end that it has told together with the last bytes.
-  if (next.value != 0) return;
-  PostCall([this, life] {
+  if (next.value == 0) StreamReadableSoon();
+}
+
+// Not every system wakes us once more for an end that it has told together with the last bytes, or
+// while nobody listened.
+void SocketWatch::StreamReadableSoon() {
+  PostCall([this, life = std::weak_ptr<char>(life_)] {
     if (!life.expired()) StreamReadable();
   });
 }

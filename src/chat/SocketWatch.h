@@ -35,6 +35,9 @@ class SocketWatch {
   void ExpectConnect();
   /// Bytes of a connection and its end: read and close events.
   void ExpectStream();
+  /// No read and close events until `ReleaseStream`, which does nothing without a hold.
+  void HoldStream();
+  void ReleaseStream();
   /// Datagrams: read events.
   void ExpectDatagrams();
   /// Connections to a listening socket: accept events.
@@ -51,12 +54,14 @@ class SocketWatch {
   void Expect(Incoming incoming);
   void Readable();
   void StreamReadable();
+  void StreamReadableSoon();
   void Writable();
 
   Sockets::Handle handle_;
   Report report_;
   Incoming incoming_ = Incoming::kNothing;
   bool connecting_ = false;
+  bool held_ = false;
   std::shared_ptr<char> life_ = std::make_shared<char>();  // expires with the watch
   QSocketNotifier* read_;
   QSocketNotifier* write_;

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTest>
 #include <QWindow>
@@ -9,6 +10,7 @@
 
 #include "Peer.h"
 #include "chat/window/frmHelp.h"
+#include "core/basDebugLog.h"
 
 namespace {
 
@@ -123,17 +125,34 @@ TEST(frmHelp, ShowsWhatTheServerBrings) {
     EXPECT_EQ(chat.ShownAfter(line), shown) << line;
   }
 
-  // A flood of lines moves the box once, not for each line.
-  int moves = 0;
-  const auto* const bar = chat.Find<QPlainTextEdit>("txtMessages")->verticalScrollBar();
-  QObject::connect(bar, &QScrollBar::valueChanged, [&] { ++moves; });
-  for (int i = 0; i < 1000; ++i) chat.window->AddMessage("x", "bob");
-  EXPECT_TRUE(chat.Messages().endsWith("\nbob\t\t:x\nbob\t\t:x"));
-  EXPECT_LT(moves, 10);
-
   chat.peer.Close();
   EXPECT_TRUE(
       Until([&] { return chat.Messages().endsWith("\n-->\t\t:Die Verbindung wurde getrennt!"); }));
+}
+
+TEST(frmHelp, DoesntStandStillWhateverAServerSends) {
+  const auto times = [](std::size_t count, const std::string& text) {
+    return QByteArray(text.c_str()).repeated(static_cast<int>(count)).toStdString();
+  };
+  const std::string message =
+      ":bob!b@h PRIVMSG #mod-community :" + std::string(130'000, 'x') + "\n";
+  for (const std::string& flood :
+       {times(300, ":ME JOIN #c\n") + times(9000, ":a KICK #d ME :x\n"), times(80, message),
+        times(100'000, ":a JOIN c\n"), times(200'000, " 376\n")}) {
+    Chat chat;
+    qint64 longest = 0;
+    QElapsedTimer clock;
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout,
+                     [&] { longest = std::max(longest, clock.restart()); });
+    tick.start(1);
+    clock.start();
+    chat.peer.Send(":" + chat.greeting.substr(5, 12) + " NICK ME\n" + flood);
+    chat.peer.ShutDownSending();
+    EXPECT_TRUE(Until([&] { return chat.Messages().endsWith("getrennt!"); })) << "or out of order";
+    EXPECT_LT(longest, 300) << flood.substr(0, 40);
+    EXPECT_LE(chat.Messages().count('\n'), 5000);
+  }
 }
 
 TEST(frmHelp, HandlesEnterAndTheHint) {
@@ -175,6 +194,8 @@ TEST(frmHelp, KeepsTheTextThatItCouldntSend) {
   chat.Enter();
   EXPECT_EQ(chat.Typed(), "x\n");
   EXPECT_EQ(chat.Messages(), before);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(chat.input->verticalScrollBar()->value(), 0) << "it shows the empty line behind it";
   chat.Click("cmdClose");
   EXPECT_FALSE(chat.window->isVisible()) << "it closes whether or not it could say so";
 
@@ -184,6 +205,13 @@ TEST(frmHelp, KeepsTheTextThatItCouldntSend) {
   QTest::keyClicks(box, "x");
   QTest::mouseClick(connecting.findChild<QWidget*>("cmdSend"), Qt::LeftButton);
   EXPECT_EQ(box->toPlainText(), "x") << "it isn't said before the connection stands";
+
+  std::string logged;
+  basDebugLog::SetRecorder([&](const std::string& line) { logged = line; });
+  const frmHelp refused({"127.0.0.1", std::to_string(FreePort())});
+  EXPECT_TRUE(Until([&] { return !logged.empty(); }));
+  basDebugLog::SetRecorder({});
+  EXPECT_EQ(logged, "frmHelp.IRC_OnError: error 10061: Connection refused.");
 }
 
 TEST(frmHelp, IsOneWindowThatOutlivesItsOwner) {

@@ -6,7 +6,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCursor>
+#include <QTextLayout>
 #include <QWindow>
 #include <array>
 #include <chrono>
@@ -23,6 +25,7 @@
 #include "controls/Twips.h"
 #include "core/BuildConfig.h"
 #include "core/basDebugLog.h"
+#include "platform/Failure.h"
 #include "platform/Text.h"
 #include "platform/window/DelWindowCaption.h"
 
@@ -40,6 +43,10 @@ constexpr int kHeight = 5625;
 constexpr int kHeaderHeight = 52;
 constexpr int kTextPixels = 13;
 constexpr int kLettersPerTab = 8;
+
+// A line without a blank costs the square of its length, and all of them the memory.
+constexpr std::size_t kLongestShown = 2000;
+constexpr int kMostLines = 5000;
 
 constexpr QRgb kFormBack = qRgb(136, 143, 164);
 constexpr QRgb kTextBack = qRgb(179, 184, 197);
@@ -63,7 +70,8 @@ QRect Pixels(const Box& box) {
 }
 
 QString Shown(std::string_view text) {
-  return QString::fromStdU16String(Text::ToUtf16(text));
+  const QString shown = QString::fromStdU16String(Text::ToUtf16(text.substr(0, kLongestShown)));
+  return text.size() > kLongestShown ? shown + u'\u2026' : shown;
 }
 
 std::string EngineText(const QString& text) {
@@ -155,6 +163,7 @@ void frmHelp::PlaceControls() {
   // It isn't read-only, on purpose: what the user notes in it concerns nobody.
   // What is undone would be kept beside what is shown.
   txtMessages->setUndoRedoEnabled(false);
+  txtMessages->setMaximumBlockCount(kMostLines);
   txtMessages->setPlainText("KVPK Chat\n");
   txtNachricht->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   txtNachricht->setAccessibleName("Nachricht");
@@ -202,16 +211,21 @@ void frmHelp::ShowInFrontOf(QWidget* owner) {
 }
 
 void frmHelp::AddMessage(const std::string& text, const std::string& sender) {
-  if (added_.isEmpty()) {
+  if (added_.empty()) {
     QMetaObject::invokeMethod(this, &frmHelp::ShowAdded, Qt::QueuedConnection);
   }
-  added_ += "\n" + Shown(sender) + "\t\t:" + Shown(text);
+  if (added_.size() == kMostLines) added_.pop_front();
+  added_.push_back("\n" + Shown(sender) + "\t\t:" + Shown(text));
 }
 
 void frmHelp::ShowAdded() {
+  // The box forgets line by line, which takes longer than the rest.
+  if (added_.size() == kMostLines) txtMessages->clear();
   QTextCursor end(txtMessages->document());
   end.movePosition(QTextCursor::End);
-  end.insertText(std::exchange(added_, {}));
+  QString lines;
+  for (const QString& line : std::exchange(added_, {})) lines += line;
+  end.insertText(lines);
   txtMessages->setTextCursor(end);  // scrolls down to it
 }
 
@@ -228,7 +242,7 @@ void frmHelp::TakeOutLineEnds() {
 }
 
 void frmHelp::cmdSend_Click() {
-  Trapped("frmHelp.cmdSend_Click", [this] {
+  const auto failure = Trapped("frmHelp.cmdSend_Click", [this] {
     TakeOutLineEnds();
     const std::string message = WithoutLineEnds(EngineText(txtNachricht->document()->toRawText()));
     if (::Text::Trim(message).empty() || tag_ == "1") return;
@@ -236,6 +250,16 @@ void frmHelp::cmdSend_Click() {
     AddMessage(message, "");
     txtNachricht->clear();
   });
+  if (failure) QMetaObject::invokeMethod(this, &frmHelp::ShowWhatIsKept, Qt::QueuedConnection);
+}
+
+// The box has room for one line, and by now it shows the break that Enter has left behind.
+void frmHelp::ShowWhatIsKept() {
+  QTextCursor kept(txtNachricht->document());
+  kept.movePosition(QTextCursor::End);
+  if (kept.atBlockStart()) kept.movePosition(QTextCursor::PreviousCharacter);
+  const QTextLine line = kept.block().layout()->lineForTextPosition(kept.positionInBlock());
+  txtNachricht->verticalScrollBar()->setValue(kept.block().firstLineNumber() + line.lineNumber());
 }
 
 void frmHelp::cmdClose_Click() {
@@ -294,6 +318,13 @@ void frmHelp::OnConnect() {
 
 void frmHelp::OnClose() {
   AddMessage("Die Verbindung wurde getrennt!", std::string(kOwnNote));
+}
+
+// Nothing of it shows: an attempt that fails is for developers to read of.
+void frmHelp::OnError(std::int16_t Number, Text Description, std::int32_t /*sCode*/,
+                      Text /*Source*/, Text /*HelpFile*/, std::int32_t /*HelpContext*/,
+                      bool /*CancelDisplay*/) {
+  basDebugLog::LogError("frmHelp.IRC_OnError", Concat("error ", Number, ": ", Description));
 }
 
 void frmHelp::OnReady() {

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <deque>
 #include <random>
 #include <string>
 
@@ -41,7 +42,8 @@ class frmHelp : public QWidget, private IRCEvents {
   /// Appends one line to the message box: a line break, `sender`, two tabs, ":" and `text`, both
   /// Windows-1252 bytes. They are plain text, whatever they hold. The box shows what was added as
   /// soon as the events at hand are done: of ten thousand lines in one read, each scrolled to by
-  /// itself, a server could make a standstill of seconds.
+  /// itself, a server could make a standstill of seconds. It keeps the last 5,000 lines, and of a
+  /// line the first 2,000 bytes of either: four times what a line of the protocol has.
   void AddMessage(const std::string& text, const std::string& sender);
 
  protected:
@@ -60,6 +62,7 @@ class frmHelp : public QWidget, private IRCEvents {
 
   void TakeOutLineEnds();
   void ShowAdded();
+  void ShowWhatIsKept();
   void cmdSend_Click();
   void cmdClose_Click();
   bool txtNachricht_Event(QEvent& event);
@@ -69,6 +72,8 @@ class frmHelp : public QWidget, private IRCEvents {
 
   void OnConnect() override;
   void OnClose() override;
+  void OnError(std::int16_t Number, Text Description, std::int32_t sCode, Text Source,
+               Text HelpFile, std::int32_t HelpContext, bool CancelDisplay) override;
   void OnReady() override;
   void OnDataArrival(Text line, const std::vector<std::string>& Words, Text target,
                      Text text) override;
@@ -88,8 +93,8 @@ class frmHelp : public QWidget, private IRCEvents {
   skinBtn* cmdSend;
   skinBtn* cmdClose;
   QPixmap header_;
-  QString added_;      // to the messages, and not shown yet
-  QString tag_ = "1";  // of txtNachricht: "1" while it shows its hint
+  std::deque<QString> added_;  // lines of the messages that aren't shown yet
+  QString tag_ = "1";          // of txtNachricht: "1" while it shows its hint
   std::mt19937 random_;
   QPointer<QWidget> owner_;
   // While the window follows the mouse itself: the mouse's place in it.
