@@ -5,6 +5,7 @@
 #include <tuple>
 #include <utility>
 
+#include "core/EventPacer.h"
 #include "core/LinePattern.h"
 #include "core/basDebugLog.h"
 #include "platform/Failure.h"
@@ -449,7 +450,8 @@ bool IrcParser::MatchesMe(std::string_view mask) const {
   try {
     const LinePattern pattern(mask);
     const std::string me = NickName_ + "!" + Ident_ + "@";
-    return pattern.Matches(me + Host_) || pattern.Matches(me + VHost_);
+    EventPacer pacer;  // for nobody: neither mask nor names are long
+    return pattern.Matches(me + Host_, pacer) || pattern.Matches(me + VHost_, pacer);
   } catch (const Failure&) {
     return false;
   }
