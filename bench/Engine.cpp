@@ -18,7 +18,7 @@ Engine::Engine(const std::filesystem::path& folder)
 }
 
 void Engine::RunScript(const std::string& script) {
-  if (const auto stop = basScript::RunInstallScript(session_, script)) {
-    Fail("the script stopped at line ", stop->lineNumber, ", ", stop->line, ": ", stop->cause);
+  for (const auto& failure : basScript::RunInstallScript(session_, script)) {
+    Fail("line ", failure.lineNumber, ", ", failure.line, ", failed: ", failure.cause);
   }
 }

@@ -15,7 +15,6 @@ class SilentHost : public InstallHost {
   void SetStatus(const std::string& /*text*/) override {}
   void SetModProgressMax(std::int32_t /*max*/) override {}
   void SetModProgress(std::int32_t /*value*/) override {}
-  [[nodiscard]] std::int32_t ModProgress() const override { return 0; }
   void SetTotalProgressMax(std::int32_t /*max*/) override {}
   void SetTotalProgress(std::int32_t /*value*/) override {}
   void DoEvents() override {}

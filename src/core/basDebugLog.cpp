@@ -20,15 +20,17 @@ void SetRecorder(Recorder recorder) {
 }
 
 Recorder StderrRecorder() {
-  return [](const std::string& line) { std::cerr << Text::ToUtf8(line) << '\n'; };
+  return [](const TrappedFailure& failure) {
+    std::cerr << Text::ToUtf8(failure.source) + ": " + Text::ToUtf8(failure.cause) + "\n";
+  };
 }
 
 Recorder RecorderFromEnvironment() {
   return std::getenv("KELVO_LOG_ERRORS") != nullptr ? StderrRecorder() : Recorder();
 }
 
-int LogError(std::string_view source, std::string_view cause) {
-  if (TheRecorder()) TheRecorder()(std::string(source) + ": " + std::string(cause));
+int LogError(std::string_view source, std::string_view cause, bool callerTells) {
+  if (TheRecorder()) TheRecorder()({source, cause, callerTells});
   return 0;
 }
 

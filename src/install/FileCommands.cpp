@@ -1,115 +1,113 @@
-// Copy, Move, Delete, Rename, CreateFolder, RemoveFolder, ShellExecute, and the way from a pack
-// entry to a plain file.
+// Copy, Move, Delete, Rename, CreateFolder, RemoveFolder, ShellExecute.
 //
 // The commands' paths follow different rules, and packs rely on the differences: targets of Copy
 // and Move are relative to the game directory, sources to the current directory, and what Delete,
 // Rename, CreateFolder and RemoveFolder don't find as written lies below `TempDir`.
 
+#include "install/FileCommands.h"
+
+#include <string>
+
 #include "install/InstallSession.h"
-#include "install/ScriptRun.h"
+#include "install/ScriptState.h"
 #include "platform/DosPath.h"
 #include "platform/FileSystem.h"
 #include "platform/Shell.h"
 
-/// Turns a pack entry into the plain file of that name in `TempDir`. A name that can't stand for
-/// one file there is treated like one that the pack doesn't have: nothing is written.
-void ScriptRun::UnpackPayload(std::string_view name) {
-  const std::string unpacked = session_.TempPath(name);
-  const bool isPlain = DosPath::IsPlainFileName(name);
-  if (isPlain) session_.ModPackIMG.Export(name, unpacked + ".tmp");
-  session_.StatusPrefix = "Dekomprimieren: " + std::string(name) + "...";
-  session_.zLib.InputFileName = unpacked + ".tmp";
-  session_.zLib.OutputFileName = unpacked;
-  if (isPlain) session_.zLib.Decompress();
-}
-
-void ScriptRun::DeletePayload(std::string_view name) {
-  session_.Files.Delete(session_.TempPath(name) + ".tmp");
-  session_.Files.Delete(session_.TempPath(name));
-}
-
-std::string ScriptRun::FirstArgName() const {
-  return session_.Files.FindFirst(FirstArg, kFindFiles);
-}
+namespace {
 
 /// The source file of Copy and Move: as written if it is on disk, else out of the pack.
-std::string ScriptRun::SourceOnDisk(std::string_view line) {
+std::string SourceOnDisk(ScriptState& state, std::string_view line) {
   std::string source(line);
-  if (session_.Files.FindFirst(source, kFindHidden).empty()) {
-    UnpackPayload(line);
-    source = session_.TempPath(line);
-    Unpacked = true;
+  if (state.Session.Files.FindFirst(source, kFindHidden).empty()) {
+    state.UnpackPayload(line);
+    source = state.Session.TempPath(line);
+    state.Unpacked = true;
   }
   return DosPath::Collapse(source);
 }
 
-void ScriptRun::CopyToTarget(const std::string& status, const std::string& source) {
-  const std::string name = session_.Files.FindFirst(source, kFindFiles);
-  const std::string target = DosPath::Join(session_.ResolvePath(RawFirstArg), name);
-  session_.SetStatus(status + name);
-  session_.Files.Copy(source, target);
-  if (Unpacked) session_.Files.Delete(source + ".tmp");
-}
-
-void ScriptRun::Copy(std::string_view line) {
-  const std::string source = SourceOnDisk(line);
-  CopyToTarget("Kopiere Datei...", source);
-  if (Unpacked) session_.Files.Delete(source);
-}
-
-/// A move is a copy and a delete, so it works across drives.
-void ScriptRun::Move(std::string_view line) {
-  const std::string source = SourceOnDisk(line);
-  CopyToTarget("Verschiebe Datei...", source);
-  session_.Files.Delete(source);
-}
-
-void ScriptRun::Delete(std::string_view line) {
-  std::string path(line);
-  if (session_.Files.FindFirst(path, kFindHidden).empty()) {
-    path = DosPath::Join(session_.TempDir, path);
-  }
-  session_.SetStatus("L\xF6sche Datei..." + session_.Files.FindFirst(path, kFindFiles));
-  session_.Files.Delete(path);
+void CopyToTarget(ScriptState& state, const std::string& status, const std::string& source) {
+  InstallSession& session = state.Session;
+  const std::string name = session.Files.FindFirst(source, kFindFiles);
+  const std::string target = DosPath::Join(session.ResolvePath(state.RawFirstArg), name);
+  session.SetStatus(status + name);
+  session.Files.Copy(source, target);
+  if (state.Unpacked) session.Files.Delete(source + ".tmp");
 }
 
 /// What the first line named isn't there as written: it lies below `TempDir` then.
-void ScriptRun::FallBackToTempDir(int mask) {
-  if (session_.Files.FindFirst(FirstArg, mask).empty()) {
-    FirstArg = DosPath::Join(session_.TempDir, FirstArg);
+void FallBackToTempDir(ScriptState& state, int mask) {
+  if (state.Session.Files.FindFirst(state.FirstArg, mask).empty()) {
+    state.FirstArg = DosPath::Join(state.Session.TempDir, state.FirstArg);
   }
 }
 
-/// `FirstArg` keeps the old name, so a further line seeks what is gone, and fails.
-void ScriptRun::Rename(std::string_view line) {
-  FallBackToTempDir(kFindHidden | kFindFolders);
-  session_.SetStatus("Umbenennen der Datei..." + FirstArgName());
-  session_.Files.Rename(FirstArg, std::string(DosPath::FolderPart(FirstArg)) + std::string(line));
+void Open(const InstallSession& session, const std::string& thing) {
+  const bool hasFolder = DosPath::IsFullPath(thing);
+  session.Shell.Open(thing, hasFolder ? std::string(DosPath::FolderPart(thing)) : std::string());
 }
 
-void ScriptRun::CreateFolder(std::string_view line) {
-  FallBackToTempDir(kFindFolders);
-  session_.SetStatus("Erstelle Ordner..." + std::string(line));
-  session_.Files.CreateFolder(DosPath::Join(FirstArg, line));
+}  // namespace
+
+namespace FileCommands {
+
+void HoldPath(ScriptState& state, std::string_view path) {
+  state.RawFirstArg = path;
+  state.FirstArg = path;
+}
+
+void Copy(ScriptState& state, std::string_view source) {
+  const std::string file = SourceOnDisk(state, source);
+  CopyToTarget(state, "Kopiere Datei...", file);
+  if (state.Unpacked) state.Session.Files.Delete(file);
+}
+
+/// A move is a copy and a delete, so it works across drives.
+void Move(ScriptState& state, std::string_view source) {
+  const std::string file = SourceOnDisk(state, source);
+  CopyToTarget(state, "Verschiebe Datei...", file);
+  state.Session.Files.Delete(file);
+}
+
+void Delete(ScriptState& state, std::string_view path) {
+  InstallSession& session = state.Session;
+  std::string place(path);
+  if (session.Files.FindFirst(place, kFindHidden).empty()) {
+    place = DosPath::Join(session.TempDir, place);
+  }
+  session.SetStatus("L\xF6sche Datei..." + session.Files.FindFirst(place, kFindFiles));
+  session.Files.Delete(place);
+}
+
+/// `FirstArg` keeps the old name, so a further line seeks what is gone, and fails.
+void Rename(ScriptState& state, std::string_view newName) {
+  FallBackToTempDir(state, kFindHidden | kFindFolders);
+  state.Session.SetStatus("Umbenennen der Datei..." + state.FirstArgName());
+  state.Session.Files.Rename(
+      state.FirstArg, std::string(DosPath::FolderPart(state.FirstArg)) + std::string(newName));
+}
+
+void CreateFolder(ScriptState& state, std::string_view name) {
+  FallBackToTempDir(state, kFindFolders);
+  state.Session.SetStatus("Erstelle Ordner..." + std::string(name));
+  state.Session.Files.CreateFolder(DosPath::Join(state.FirstArg, name));
 }
 
 /// The line only triggers the removal of the first line's folder, and is what the user sees.
-void ScriptRun::RemoveFolder(std::string_view line) {
-  FallBackToTempDir(kFindFolders);
-  session_.SetStatus("L\xF6sche Ordner..." + std::string(line));
-  session_.Files.RemoveFolder(FirstArg);
+void RemoveFolder(ScriptState& state, std::string_view shown) {
+  FallBackToTempDir(state, kFindFolders);
+  state.Session.SetStatus("L\xF6sche Ordner..." + std::string(shown));
+  state.Session.Files.RemoveFolder(state.FirstArg);
 }
 
-void ScriptRun::OpenFirstThing(std::string_view line) {
-  Open(line.starts_with('\\') ? session_.ResolvePath(line) : std::string(line));
-  ArgIndex = 1;
+void OpenFirst(ScriptState& state, std::string_view thing) {
+  Open(state.Session,
+       thing.starts_with('\\') ? state.Session.ResolvePath(thing) : std::string(thing));
 }
 
-void ScriptRun::ShellExecute(std::string_view line) {
-  Open(session_.ResolvePath(line));
+void OpenFurther(ScriptState& state, std::string_view path) {
+  Open(state.Session, state.Session.ResolvePath(path));
 }
 
-void ScriptRun::Open(const std::string& thing) {
-  const bool hasFolder = DosPath::IsFullPath(thing);
-  session_.Shell.Open(thing, hasFolder ? std::string(DosPath::FolderPart(thing)) : std::string());
-}
+}  // namespace FileCommands

@@ -3,11 +3,14 @@
 // A first line that names no archive leaves the directory of another one in memory. Working from
 // that on the wrong file would destroy it, so the rest of such a block does nothing.
 
+#include "install/ImgCommands.h"
+
+#include <string>
+
 #include "install/InstallSession.h"
-#include "install/ScriptRun.h"
+#include "install/ScriptState.h"
 #include "platform/DosPath.h"
 #include "platform/Failure.h"
-#include "platform/FileSystem.h"
 
 namespace {
 
@@ -21,45 +24,48 @@ void RequirePlainName(std::string_view name) {
 
 }  // namespace
 
-void ScriptRun::LoadArchive(std::string_view line) {
-  FirstArg = session_.ResolvePath(line);
-  archiveUsable_ = session_.IMG.Load(std::string(FirstArg));
-  ArgIndex = 1;
+namespace ImgCommands {
+
+void LoadArchive(ScriptState& state, std::string_view path) {
+  state.FirstArg = state.Session.ResolvePath(path);
+  state.ArchiveUsable = state.Session.IMG.Load(std::string(state.FirstArg));
 }
 
-void ScriptRun::RebuildFirstArchive(std::string_view line) {
-  FirstArg = session_.ResolvePath(line);
-  session_.StatusPrefix = FirstArgName();
-  archiveUsable_ = session_.IMG.RebuildIMG(std::string(FirstArg));
-  ArgIndex = 1;
+void AddIMG(ScriptState& state, std::string_view payload) {
+  if (!state.ArchiveUsable) return;
+  state.UnpackPayload(payload);
+  state.Session.SetStatus("F\xFCge zu " + state.FirstArgName() + " hinzu..." +
+                          std::string(payload));
+  RequirePlainName(payload);
+  state.Session.IMG.AddFile(state.Session.TempPath(payload));
+  state.DeletePayload(payload);
 }
 
-void ScriptRun::RebuildIMG(std::string_view line) {
-  if (archiveUsable_) session_.IMG.RebuildIMG(session_.ResolvePath(line));
-}
-
-void ScriptRun::AddIMG(std::string_view line) {
-  if (!archiveUsable_) return;
-  UnpackPayload(line);
-  session_.SetStatus("F\xFCge zu " + FirstArgName() + " hinzu..." + std::string(line));
-  RequirePlainName(line);
-  session_.IMG.AddFile(session_.TempPath(line));
-  DeletePayload(line);
-}
-
-void ScriptRun::ReplaceIMG(std::string_view line) {
-  if (!archiveUsable_) return;
-  UnpackPayload(line);
-  session_.SetStatus("Ersetze in " + FirstArgName() + " ..." + std::string(line));
+void ReplaceIMG(ScriptState& state, std::string_view payload) {
+  if (!state.ArchiveUsable) return;
+  state.UnpackPayload(payload);
+  state.Session.SetStatus("Ersetze in " + state.FirstArgName() + " ..." + std::string(payload));
   // The old entry goes first, also where no new one can come.
-  if (!DosPath::IsPlainFileName(line)) session_.IMG.RemoveFile(line);
-  RequirePlainName(line);
-  session_.IMG.ReplaceFile(line, session_.TempPath(line));
-  DeletePayload(line);
+  if (!DosPath::IsPlainFileName(payload)) state.Session.IMG.RemoveFile(payload);
+  RequirePlainName(payload);
+  state.Session.IMG.ReplaceFile(payload, state.Session.TempPath(payload));
+  state.DeletePayload(payload);
 }
 
-void ScriptRun::RemoveIMG(std::string_view line) {
-  if (!archiveUsable_) return;
-  session_.SetStatus("L\xF6sche aus " + FirstArgName() + " ..." + std::string(line));
-  session_.IMG.RemoveFile(line);
+void RemoveIMG(ScriptState& state, std::string_view entry) {
+  if (!state.ArchiveUsable) return;
+  state.Session.SetStatus("L\xF6sche aus " + state.FirstArgName() + " ..." + std::string(entry));
+  state.Session.IMG.RemoveFile(entry);
 }
+
+void RebuildFirst(ScriptState& state, std::string_view path) {
+  state.FirstArg = state.Session.ResolvePath(path);
+  state.Session.StatusPrefix = state.FirstArgName();
+  state.ArchiveUsable = state.Session.IMG.RebuildIMG(std::string(state.FirstArg));
+}
+
+void RebuildFurther(ScriptState& state, std::string_view path) {
+  if (state.ArchiveUsable) state.Session.IMG.RebuildIMG(state.Session.ResolvePath(path));
+}
+
+}  // namespace ImgCommands

@@ -12,12 +12,15 @@ class InstallHost {
 
   /// The status line takes a text, and the panel that holds it is to be repainted.
   virtual void SetStatus(const std::string& text) = 0;
+  /// The same for a work that tells how far it has come: `text` and the percentage.
+  virtual void SetPercentStatus(const std::string& text, int percent) {
+    SetStatus(text + std::to_string(percent) + "%");
+  }
   /// The bar over the current script or archive rebuild: a new top of its range, which puts the
   /// position to 0.
   virtual void SetModProgressMax(std::int32_t max) = 0;
-  /// A new position of that bar; one above the top is ignored.
+  /// A new position of that bar, never above its top.
   virtual void SetModProgress(std::int32_t value) = 0;
-  [[nodiscard]] virtual std::int32_t ModProgress() const = 0;
   /// The bar over the mods of a run: its bottom becomes 0, its top `max`.
   virtual void SetTotalProgressMax(std::int32_t max) = 0;
   virtual void SetTotalProgress(std::int32_t value) = 0;

@@ -3,14 +3,13 @@
 #include "install/InstallSession.h"
 #include "platform/Failure.h"
 
-std::vector<StoppedScript> RunInstall(InstallSession& session) {
-  std::vector<StoppedScript> stopped;
-  if (session.InstallRunning) return stopped;
+std::vector<RunFailure> RunInstall(InstallSession& session) {
+  std::vector<RunFailure> failures;
+  if (session.InstallRunning) return failures;
   const auto runScript = [&](std::size_t mod, const std::string& text) {
-    // An event during the script may open another pack, and with it replace the text.
-    const std::string script = text;  // NOLINT(performance-unnecessary-copy-initialization)
-    if (auto stop = basScript::RunInstallScript(session, script)) {
-      stopped.push_back({mod, std::move(*stop)});
+    session.ModNumber = mod;
+    for (basScript::LineFailure& failure : basScript::RunInstallScript(session, text)) {
+      failures.push_back({mod, std::move(failure)});
     }
   };
 
@@ -35,5 +34,5 @@ std::vector<StoppedScript> RunInstall(InstallSession& session) {
   session.InstallRunning = false;
   session.Host.ShowFinalMessage("Installation der Modifikationen abgeschlossen.");
   session.Host.HideProgressPage();
-  return stopped;
+  return failures;
 }

@@ -8,14 +8,14 @@
 
 class InstallSession;
 
-/// What became of one script of a run, for developers and `kvpk`.
-struct StoppedScript {
+/// What went wrong in one script of a run, for developers and `kvpk`.
+struct RunFailure {
   std::size_t mod;  // catalogue number of the mod, 1-based; 0 for the end script
-  basScript::ScriptStop stop;
+  basScript::LineFailure failure;
 };
 
 /// The install run over the catalogue: the scripts of all selected mods in catalogue order, then
 /// the end script, then the final message, whatever happened. Does nothing while a run is on.
-/// Returns the scripts that stopped early. Fails, with `InstallRunning` still true, if an event
+/// Returns what failed in the scripts. Fails, with `InstallRunning` still true, if an event
 /// during the run leaves fewer mods in the catalogue than it has come to.
-std::vector<StoppedScript> RunInstall(InstallSession& session);
+std::vector<RunFailure> RunInstall(InstallSession& session);

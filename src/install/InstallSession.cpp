@@ -43,13 +43,27 @@ void InstallSession::IMG_RebuildProgress(double position, double count) {
     // stand still or fall short. Kept as it is: a pack's author sees his bars as he knows them.
     if (status_ != text) {
       SetStatus(text);
-      Host.SetModProgressMax(Text::CheckedInt16(count, "the number of entries"));
+      BeginModProgress(Text::CheckedInt16(count, "the number of entries"));
     }
-    Host.SetModProgress(Text::CheckedInt16(position, "the number of an entry"));
+    SetModProgress(Text::CheckedInt16(position, "the number of an entry"));
   });
 }
 
 void InstallSession::zLib_Progress(int percent) {
-  Trapped("frmMain.zLib_Progress",
-          [&] { SetStatus(StatusPrefix + std::to_string(percent) + "%"); });
+  Trapped("frmMain.zLib_Progress", [&] {
+    status_ = StatusPrefix + std::to_string(percent) + "%";
+    Host.SetPercentStatus(StatusPrefix, percent);
+  });
+}
+
+void InstallSession::BeginModProgress(std::int32_t max) {
+  modBar_.SetMax(max);
+  Host.SetModProgressMax(max);
+}
+
+/// A position above the top, as after a rebuild that kept the bar's range, doesn't move the bar.
+void InstallSession::SetModProgress(std::int32_t value) {
+  if (value > modBar_.Max()) return;
+  modBar_.SetValue(value);
+  Host.SetModProgress(value);
 }

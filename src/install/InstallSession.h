@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
+#include "core/ProgressRange.h"
 #include "install/InstallHost.h"
 #include "pack/Catalogue.h"
 #include "pack/clsIMGtool.h"
@@ -36,6 +39,8 @@ class InstallSession {
   Catalogue Pack;
   std::string StatusPrefix;  // what the progress events put in front of or behind their own text
   bool InstallRunning = false;
+  std::size_t ModNumber = 0;   // of the mod in hand, 1-based; 0 for the end script
+  std::size_t LineNumber = 0;  // of the script line in hand, 1-based
 
   /// Sets the status line and has it repainted.
   void SetStatus(const std::string& text);
@@ -50,6 +55,13 @@ class InstallSession {
   /// Handler of `zLib`'s `Progress`, in percent.
   void zLib_Progress(int percent);
 
+  /// The bar over the current script: a new top, which puts the position to 0.
+  void BeginModProgress(std::int32_t max);
+  void StepModProgress() { SetModProgress(modBar_.Value() + 1); }
+
  private:
+  void SetModProgress(std::int32_t value);
+
   std::string status_;
+  ProgressRange modBar_;
 };

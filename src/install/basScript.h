@@ -1,37 +1,26 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class InstallSession;
 
-/// The install script language.
-///
-/// A script's lines are walked once, from top to bottom. A line that is a block head, such as
-/// "Copy {", opens a block of one of sixteen commands; each further line is an argument and takes
-/// effect at once; "}" closes the block. `IfExistGoto` and `Goto` skip forward to a line of a
-/// colon and a label, and nothing ever goes back.
+/// Runs install scripts. What their lines mean is `ScriptWalk`'s; what each command does stands
+/// with the handlers that `ScriptCommands` names.
 namespace basScript {
 
-/// Where and why a script stopped early, for developers; the program itself never looks at it.
-struct ScriptStop {
+/// What went wrong at one line, for developers; the program itself never looks at it.
+struct LineFailure {
   std::size_t lineNumber;  // 1-based
   std::string line;        // as written
   std::string cause;
+  bool endedScript;  // false: an edit or a payload failed, and the script went on
 };
 
-/// Whether a line opens a block: a head, in any case, with nothing before or behind it.
-bool IsHead(std::string_view line);
-
-/// What a line that is neither head nor end gives the open block's command; nothing for a comment
-/// or a blank line. A tab shields the rest of a line from being looked at: that's how a script gets
-/// at a text that begins with a comment sign or a blank.
-std::optional<std::string_view> ArgumentOf(std::string_view line);
-
 /// Runs one script, lines separated by CR LF. A failure ends it at once, silently; what was done
-/// stays done. Returns nothing if it ran to its end.
-std::optional<ScriptStop> RunInstallScript(InstallSession& session, std::string_view script);
+/// stays done. Returns what failed; if a failure ended the script, it is the last one.
+std::vector<LineFailure> RunInstallScript(InstallSession& session, std::string_view script);
 
 }  // namespace basScript

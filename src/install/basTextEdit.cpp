@@ -66,12 +66,14 @@ std::string_view From(std::string_view text, std::int64_t position) {
 /// the end without a line end. Other people's packs rely on all of this: it stays.
 std::vector<std::string_view> Edited(std::string_view all, const std::optional<FoundLine>& found,
                                      std::string_view newText, EditMode mode) {
-  const std::int64_t position = found ? found->position : 0;
-  const std::int64_t length = found ? found->length : 0;
-  const std::int64_t lengthBefore = position - 1 - (length + kLineEndLength);
+  if (!found) {
+    if (mode == EditMode::kAdd) return {all, newText};
+    Fail("no line matches");
+  }
+  const std::int64_t position = found->position;
+  const std::int64_t lengthBefore = position - 1 - (found->length + kLineEndLength);
   switch (mode) {
     case EditMode::kAdd:
-      if (!found) return {all, newText};
       return {Left(all, position - 1), newText, From(all, position - kLineEndLength)};
     case EditMode::kRemove:
       return {Left(all, lengthBefore), newText, From(all, position)};
@@ -87,10 +89,11 @@ std::string ResolvePath(std::string_view path, std::string_view gameDirectory) {
   return DosPath::IsAbsolute(path) ? std::string(path) : DosPath::Join(gameDirectory, path);
 }
 
-void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::string filePath,
-                std::string_view search, std::string_view newText, EditMode mode,
-                const DoEvents& doEvents) {
-  Trapped("basTextEdit.ModifyLine", [&] {
+std::optional<std::string> ModifyLine(const FileSystem& files, std::string_view gameDirectory,
+                                      std::string filePath, std::string_view search,
+                                      std::string_view newText, EditMode mode,
+                                      const DoEvents& doEvents) {
+  return CauseOf("basTextEdit.ModifyLine", [&] {
     if (files.FindFirst(filePath, kFindFiles).empty()) {
       filePath = ResolvePath(filePath, gameDirectory);
     }
@@ -116,21 +119,25 @@ void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::st
   });
 }
 
-void AddLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-             std::string_view search, std::string_view newText, const DoEvents& doEvents) {
-  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kAdd,
-             doEvents);
+std::optional<std::string> AddLine(const FileSystem& files, std::string_view gameDirectory,
+                                   std::string_view filePath, std::string_view search,
+                                   std::string_view newText, const DoEvents& doEvents) {
+  return ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kAdd,
+                    doEvents);
 }
 
-void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                std::string_view search, const DoEvents& doEvents) {
-  ModifyLine(files, gameDirectory, std::string(filePath), search, "", EditMode::kRemove, doEvents);
+std::optional<std::string> RemoveLine(const FileSystem& files, std::string_view gameDirectory,
+                                      std::string_view filePath, std::string_view search,
+                                      const DoEvents& doEvents) {
+  return ModifyLine(files, gameDirectory, std::string(filePath), search, "", EditMode::kRemove,
+                    doEvents);
 }
 
-void ReplaceLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                 std::string_view search, std::string_view newText, const DoEvents& doEvents) {
-  ModifyLine(files, gameDirectory, std::string(filePath), search, newText, EditMode::kReplace,
-             doEvents);
+std::optional<std::string> ReplaceLine(const FileSystem& files, std::string_view gameDirectory,
+                                       std::string_view filePath, std::string_view search,
+                                       std::string_view newText, const DoEvents& doEvents) {
+  return ModifyLine(files, gameDirectory, std::string(filePath), search, newText,
+                    EditMode::kReplace, doEvents);
 }
 
 bool LineExists(const FileSystem& files, std::string_view filePath, std::string_view search,

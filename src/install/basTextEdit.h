@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,17 +22,24 @@ enum class EditMode { kAdd = 0, kRemove = 1, kReplace = 2 };
 std::string ResolvePath(std::string_view path, std::string_view gameDirectory);
 
 /// Finds the first line of the file that matches `search` and inserts `newText` behind it,
-/// removes it or replaces it. Has a trap: a failure changes nothing more and isn't passed on.
-void ModifyLine(const FileSystem& files, std::string_view gameDirectory, std::string filePath,
-                std::string_view search, std::string_view newText, EditMode mode,
-                const DoEvents& doEvents = {});
+/// removes it or replaces it. Has a trap: a failure changes nothing more and isn't passed on; its
+/// cause comes back for developers, as from the three that follow.
+// The callers by design need not look at the results. NOLINTBEGIN(modernize-use-nodiscard)
+std::optional<std::string> ModifyLine(const FileSystem& files, std::string_view gameDirectory,
+                                      std::string filePath, std::string_view search,
+                                      std::string_view newText, EditMode mode,
+                                      const DoEvents& doEvents = {});
 
-void AddLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-             std::string_view search, std::string_view newText, const DoEvents& doEvents = {});
-void RemoveLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                std::string_view search, const DoEvents& doEvents = {});
-void ReplaceLine(const FileSystem& files, std::string_view gameDirectory, std::string_view filePath,
-                 std::string_view search, std::string_view newText, const DoEvents& doEvents = {});
+std::optional<std::string> AddLine(const FileSystem& files, std::string_view gameDirectory,
+                                   std::string_view filePath, std::string_view search,
+                                   std::string_view newText, const DoEvents& doEvents = {});
+std::optional<std::string> RemoveLine(const FileSystem& files, std::string_view gameDirectory,
+                                      std::string_view filePath, std::string_view search,
+                                      const DoEvents& doEvents = {});
+std::optional<std::string> ReplaceLine(const FileSystem& files, std::string_view gameDirectory,
+                                       std::string_view filePath, std::string_view search,
+                                       std::string_view newText, const DoEvents& doEvents = {});
+// NOLINTEND(modernize-use-nodiscard)
 
 /// Whether a line of the file matches. The path is resolved already. Fails on a missing file and
 /// on a malformed pattern.

@@ -179,7 +179,7 @@ PackOpening OpenKELVOFile(const FileSystem& files, clsIMGtool& ModPackIMG,
                           const std::string& TempDir, Catalogue& catalogue, PackOpeningView& view,
                           const std::string& path) {
   PackOpening outcome;
-  outcome.failure = Trapped("frmMain.OpenKELVOFile", [&] {
+  outcome.failure = CauseOf("frmMain.OpenKELVOFile", [&] {
     Opener(files, ModPackIMG, TempDir, catalogue, view, outcome).Run(path);
   });
   return outcome;

@@ -86,8 +86,8 @@ class BlockWriter {
 
 }  // namespace
 
-void zlibIF::Decompress() {
-  Trapped("zlibIF.Decompress", [&] { Inflate(); });
+std::optional<std::string> zlibIF::Decompress() {
+  return CauseOf("zlibIF.Decompress", [&] { Inflate(); });
 }
 
 void zlibIF::Inflate() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 class FileSystem;
@@ -21,8 +22,10 @@ class zlibIF {
   std::function<void()> DoEvents;
 
   /// Runs to the end of the work. Never fails towards its caller: after a damaged stream, a full
-  /// disk or a missing input the output is missing, empty or partial, and that is all.
-  void Decompress();
+  /// disk or a missing input the output is missing, empty or partial, and that is all. What was
+  /// wrong comes back for developers.
+  // The program itself by design doesn't look at it. NOLINTNEXTLINE(modernize-use-nodiscard)
+  std::optional<std::string> Decompress();
 
  private:
   void Inflate();

@@ -15,11 +15,11 @@ void PrepareStreams();
 /// The words of the command line, UTF-8, the program's own name first.
 std::vector<std::string> Arguments(int argc, char** argv);
 
-/// From now on the first wish to stop (Ctrl-C, a termination signal) is only noted, so that a run
-/// can end in order; the second one ends the process.
+/// From now on the first wish to stop (Ctrl-C, a termination signal, a terminal that is closed) is
+/// only noted, so that a run can end in order; the second one ends the process.
 void CatchStop();
-/// Whether that wish has been noted.
-bool StopRequested();
+/// The number of the signal by which that wish came; 0 if there is none.
+int StopRequested();
 
 /// Makes a folder in `parent`, with a name that begins with `prefix` and nobody else has, readable
 /// by its owner alone from the start.

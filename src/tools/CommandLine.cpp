@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "core/basDebugLog.h"
+#include "platform/WantedStop.h"
 #include "tools/ArchiveCommands.h"
 #include "tools/InstallCommands.h"
 #include "tools/PackCommands.h"
@@ -20,6 +21,8 @@ int Run(const Action& chosen) {
   } catch (const UsageError& error) {
     PrintError(error.what());
     return ExitStatus::kUsage;
+  } catch (const WantedStop& stop) {
+    return ExitStatus::OfStop(stop);
   } catch (const std::exception& failure) {
     PrintError(failure.what());
     return ExitStatus::kUnusable;
@@ -44,7 +47,8 @@ int RunKvpk(int argc, char** argv) {
   app.allow_windows_style_options(false);
   app.require_subcommand(1);
   app.footer(
-      "Exit status: 0 done, 1 the input can't be used, 2 wrong usage, 3 a script stopped early.");
+      "Exit status: 0 done, 1 the input can't be used, 2 wrong usage, 3 something in a "
+      "script failed, 130 stopped by Ctrl-C, 143 by a signal to end.");
 
   Action chosen;
   AddArchiveCommands(app, chosen);

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iostream>
 
-#include "platform/Failure.h"
 #include "platform/Process.h"
 #include "platform/Text.h"
+#include "platform/WantedStop.h"
 #include "tools/Report.h"
 
 namespace {
@@ -14,31 +14,33 @@ constexpr std::string_view kEraseLine = "\r\x1B[K";
 constexpr auto kBetweenDrawings = std::chrono::milliseconds(50);
 
 /// "[####......]", `width` characters between the brackets.
-std::string Bar(const ProgressRange& range, int width) {
-  const int length = range.Max() > 0 ? range.Max() : 1;
+std::string Drawn(const ConsoleHost::Bar& bar, int width) {
+  const int length = bar.max > 0 ? bar.max : 1;
   const auto done =
-      static_cast<std::size_t>(std::int64_t{width} * std::clamp(range.Value(), 0, length) / length);
+      static_cast<std::size_t>(std::int64_t{width} * std::clamp(bar.value, 0, length) / length);
   return "[" + std::string(done, '#') + std::string(static_cast<std::size_t>(width) - done, '.') +
          "]";
 }
 
 }  // namespace
 
-void ConsoleHost::SetTotalProgressMax(std::int32_t max) {
-  total_.SetMin(0);
-  total_.SetMax(max);
-}
-
 void ConsoleHost::DoEvents() {
-  if (Process::StopRequested()) Fail("the user has stopped it");
+  if (const int signal = Process::StopRequested()) throw WantedStop{signal};
 }
 
 void ScriptConsole::SetStatus(const std::string& text) {
-  std::cout << "status: " + Text::ToUtf8(text) + "\n";
+  std::cout << "status: " + Printable(text) + "\n";
 }
 
 void InstallConsole::SetStatus(const std::string& text) {
+  percentText_.clear();
   PrintLine(text);
+}
+
+void InstallConsole::SetPercentStatus(const std::string& text, int percent) {
+  if (text != percentText_) PrintLine(text);
+  percentText_ = text;
+  percent_ = percent;
 }
 
 void InstallConsole::DoEvents() {
@@ -61,9 +63,10 @@ void InstallConsole::PrintLine(const std::string& text) {
 void InstallConsole::DrawProgress() {
   constexpr int kTotalWidth = 30;
   constexpr int kModWidth = 20;
-  const ProgressRange& total = TotalRange();
-  std::cout << kEraseLine << Bar(total, kTotalWidth) << ' ' << total.Value() << '/' << total.Max()
-            << "  " << Bar(ModRange(), kModWidth) << std::flush;
+  std::cout << kEraseLine << Drawn(TotalBar(), kTotalWidth) << ' ' << TotalBar().value << '/'
+            << TotalBar().max << "  " << Drawn(ModBar(), kModWidth);
+  if (!percentText_.empty()) std::cout << ' ' << percent_ << '%';
+  std::cout << std::flush;
   progressShown_ = true;
 }
 

@@ -4,31 +4,33 @@
 #include <cstdint>
 #include <string>
 
-#include "core/ProgressRange.h"
 #include "install/InstallHost.h"
 
-/// The terminal as the engine's host: keeps the two progress bars, and tells failures of the
-/// cipher on stderr.
+/// The terminal as the engine's host: remembers what the two bars show.
 class ConsoleHost : public InstallHost {
  public:
-  void SetModProgressMax(std::int32_t max) override { mod_.SetMax(max); }
-  void SetModProgress(std::int32_t value) override { mod_.SetValue(value); }
-  [[nodiscard]] std::int32_t ModProgress() const override { return mod_.Value(); }
-  void SetTotalProgressMax(std::int32_t max) override;
-  void SetTotalProgress(std::int32_t value) override { total_.SetValue(value); }
-  /// Fails if the user wants the run to stop.
+  struct Bar {
+    std::int32_t max = 100;
+    std::int32_t value = 0;
+  };
+
+  void SetModProgressMax(std::int32_t max) override { mod_ = {max}; }
+  void SetModProgress(std::int32_t value) override { mod_.value = value; }
+  void SetTotalProgressMax(std::int32_t max) override { total_ = {max}; }
+  void SetTotalProgress(std::int32_t value) override { total_.value = value; }
+  /// Throws `WantedStop` if the user wants the run to stop.
   void DoEvents() override;
   void ShowFinalMessage(const std::string& /*text*/) override {}
 
-  [[nodiscard]] const ProgressRange& ModRange() const { return mod_; }
-  [[nodiscard]] const ProgressRange& TotalRange() const { return total_; }
+  [[nodiscard]] const Bar& ModBar() const { return mod_; }
+  [[nodiscard]] const Bar& TotalBar() const { return total_; }
 
  private:
-  ProgressRange mod_;
-  ProgressRange total_;
+  Bar mod_;
+  Bar total_;
 };
 
-/// The host of a single script: a line "status: TEXT" on stdout for each status text, as it is.
+/// The host of a single script: a line "status: TEXT" on stdout for each status text.
 class ScriptConsole : public ConsoleHost {
  public:
   void SetStatus(const std::string& text) override;
@@ -46,6 +48,8 @@ class InstallConsole : public ConsoleHost {
   ~InstallConsole() override { ClearProgress(); }
 
   void SetStatus(const std::string& text) override;
+  /// The text on a line, once; the percentage in the line below.
+  void SetPercentStatus(const std::string& text, int percent) override;
   void DoEvents() override;
   void ShowFinalMessage(const std::string& text) override;
 
@@ -55,6 +59,8 @@ class InstallConsole : public ConsoleHost {
   void ClearProgress();
 
   bool showProgress_;
+  std::string percentText_;  // of the work that tells how far it has come
+  int percent_ = 0;
   bool progressShown_ = false;
   std::chrono::steady_clock::time_point nextDrawing_;
 };

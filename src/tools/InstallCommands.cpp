@@ -52,8 +52,10 @@ class RunFolder {
   std::string dosPath_;
 };
 
-std::string Described(const basScript::ScriptStop& stop) {
-  return Concat("line ", stop.lineNumber, ", \"", stop.line, "\": ", stop.cause);
+/// One failure on stderr; `script` says whose.
+void PrintFailure(const std::string& script, const basScript::LineFailure& failure) {
+  PrintError(Concat(script, failure.endedScript ? ", stopped early at line " : ", line ",
+                    failure.lineNumber, ", \"", failure.line, "\": ", failure.cause));
 }
 
 int RunScript(const InstallArguments& arguments) {
@@ -67,11 +69,13 @@ int RunScript(const InstallArguments& arguments) {
   session.SAInstallDir = game;
   if (!arguments.pack.empty()) LoadExisting(files, session.ModPackIMG, arguments.pack);
 
-  const auto stop = basScript::RunInstallScript(session, script);
-  std::cout << "progress: " << host.ModRange().Value() << '/' << host.ModRange().Max() << '\n';
-  if (!stop) return ExitStatus::kDone;
-  PrintError("\"" + Text::FromUtf8Lossy(arguments.script) + "\" stopped at " + Described(*stop));
-  return ExitStatus::kStopped;
+  const auto failures = basScript::RunInstallScript(session, script);
+  std::cout << "progress: " << host.ModBar().value << '/' << host.ModBar().max << '\n';
+  for (const basScript::LineFailure& failure : failures) {
+    PrintFailure("\"" + Text::FromUtf8Lossy(arguments.script) + "\"", failure);
+  }
+  const bool ended = !failures.empty() && failures.back().endedScript;
+  return ended ? ExitStatus::kFailed : ExitStatus::kDone;
 }
 
 /// Ticks exactly the mods that `list` names by their catalogue numbers, such as "1,3,4".
@@ -91,13 +95,9 @@ void SelectMods(Catalogue& catalogue, const std::string& list) {
   }
 }
 
-void PrintStops(const Catalogue& catalogue, const std::vector<StoppedScript>& stops) {
-  for (const StoppedScript& stopped : stops) {
-    const std::string who = stopped.mod == 0 ? std::string("the end script")
-                                             : Concat("mod ", stopped.mod, ", \"",
-                                                      catalogue.Mods.at(stopped.mod).Name, "\",");
-    PrintError(who + " stopped early at " + Described(stopped.stop));
-  }
+std::string ScriptName(const Catalogue& catalogue, std::size_t mod) {
+  if (mod == 0) return "the end script";
+  return Concat("mod ", mod, ", \"", catalogue.Mods.at(mod).Name, "\"");
 }
 
 int Install(const InstallArguments& arguments) {
@@ -116,9 +116,11 @@ int Install(const InstallArguments& arguments) {
   OpenWholePack(files, session.ModPackIMG, session.TempDir, session.Pack, arguments.pack);
   if (arguments.mods) SelectMods(session.Pack, *arguments.mods);
 
-  const std::vector<StoppedScript> stops = RunInstall(session);
-  PrintStops(session.Pack, stops);
-  return stops.empty() ? ExitStatus::kDone : ExitStatus::kStopped;
+  const std::vector<RunFailure> failures = RunInstall(session);
+  for (const auto& [mod, failure] : failures) {
+    PrintFailure(ScriptName(session.Pack, mod), failure);
+  }
+  return failures.empty() ? ExitStatus::kDone : ExitStatus::kFailed;
 }
 
 /// Runs a procedure that looks at every turn whether it shall stop, and then ends in order.

@@ -1,66 +1,24 @@
 #include "tools/PackSource.h"
 
-#include <algorithm>
-#include <array>
-
-#include "install/basScript.h"
+#include "install/ScriptWalk.h"
 #include "platform/DosPath.h"
 #include "platform/Text.h"
 
 namespace PackSource {
 namespace {
 
-enum class BlockKind { kNone, kOther, kIntoArchive, kIntoFolder };
+using Content = ArgumentRole::Content;
 
-struct BlockHead {
-  std::string_view text;
-  BlockKind kind;
-};
-
-/// The blocks whose arguments name payload.
-constexpr std::array<BlockHead, 4> kPayloadHeads{{
-    {"AddIMG {", BlockKind::kIntoArchive},
-    {"ReplaceIMG {", BlockKind::kIntoArchive},
-    {"Copy {", BlockKind::kIntoFolder},
-    {"Move {", BlockKind::kIntoFolder},
-}};
-
-/// The block that a line opens if it is a head.
-std::optional<BlockKind> OpenedBy(std::string_view line) {
-  if (!basScript::IsHead(line)) return std::nullopt;
-  const auto* const head = std::find_if(
-      kPayloadHeads.begin(), kPayloadHeads.end(),
-      [&](const BlockHead& candidate) { return Text::EqualsIgnoringCase(candidate.text, line); });
-  return head == kPayloadHeads.end() ? BlockKind::kOther : head->kind;
-}
-
-/// One argument of a script, with where it stands.
-struct Argument {
-  std::string_view text;
-  std::size_t line;   // 1-based
-  BlockKind block;    // of the block that is open
-  std::size_t index;  // 0-based among the block's arguments
-};
-
-/// Walks a script's lines as a run without jumps would.
-std::vector<Argument> WalkArguments(std::string_view script) {
-  std::vector<Argument> arguments;
-  BlockKind block = BlockKind::kNone;
-  std::size_t index = 0;
-  std::size_t number = 1;
-  for (std::size_t begin = 0; begin <= script.size(); ++number) {
-    const std::size_t end = std::min(script.find("\r\n", begin), script.size());
-    const std::string_view line = script.substr(begin, end - begin);
-    begin = end + 2;
-    const std::optional<BlockKind> opened = line == "}" ? BlockKind::kNone : OpenedBy(line);
-    if (opened) {
-      block = *opened;
-      index = 0;
-    } else if (const auto argument = basScript::ArgumentOf(line)) {
-      arguments.push_back({*argument, number, block, index++});
-    }
+/// Hands each argument of a script to `take`, with the 1-based number of its line.
+template <typename Take>
+void ForEachArgument(std::string_view script, const Take& take) {
+  ScriptWalk walk;
+  std::size_t number = 0;
+  for (const std::string_view line : ScriptWalk::Lines(script)) {
+    ++number;
+    const ScriptStep step = walk.Take(line);
+    if (step.kind == ScriptStep::Kind::kArgument) take(step, number);
   }
-  return arguments;
 }
 
 std::optional<unsigned> HexDigit(char letter) {
@@ -111,20 +69,20 @@ std::optional<std::string> UnescapedName(std::string_view text) {
 
 std::vector<PayloadUse> PayloadUses(std::string_view script) {
   std::vector<PayloadUse> uses;
-  for (const Argument& argument : WalkArguments(script)) {
-    const bool intoArchive = argument.block == BlockKind::kIntoArchive;
+  ForEachArgument(script, [&](const ScriptStep& step, std::size_t line) {
+    const bool intoArchive = step.role.content == Content::kPayload;
     const bool plainSource =
-        argument.block == BlockKind::kIntoFolder && DosPath::IsPlainFileName(argument.text);
-    // The first argument is the archive or the target folder.
-    if (argument.index == 0 || !(intoArchive || plainSource)) continue;
-    uses.push_back({argument.text, argument.line, intoArchive});
-  }
+        step.role.content == Content::kSource && DosPath::IsPlainFileName(step.argument);
+    if (intoArchive || plainSource) uses.push_back({step.argument, line, intoArchive});
+  });
   return uses;
 }
 
 std::vector<std::string_view> Arguments(std::string_view script) {
   std::vector<std::string_view> texts;
-  for (const Argument& argument : WalkArguments(script)) texts.push_back(argument.text);
+  ForEachArgument(script, [&](const ScriptStep& step, std::size_t /*line*/) {
+    texts.push_back(step.argument);
+  });
   return texts;
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <iostream>
 
+#include "platform/Failure.h"
 #include "platform/Text.h"
 
 namespace {
@@ -21,7 +22,7 @@ std::string Printable(std::string_view text) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string safe;
   for (const char letter : text) {
-    if (IsControl(letter)) {
+    if (IsControl(letter) && letter != '\t') {
       const auto byte = static_cast<unsigned char>(letter);
       safe += {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 15U]};
     } else {
@@ -37,9 +38,7 @@ void PrintError(std::string_view text) {
 }
 
 basDebugLog::Recorder LogRecorder() {
-  return [](const std::string& line) {
-    const std::string_view source = std::string_view(line).substr(0, line.find(": "));
-    if (source.ends_with("RunInstallScript") || source.ends_with("OpenKELVOFile")) return;
-    PrintError(line);
+  return [](const basDebugLog::TrappedFailure& failure) {
+    if (!failure.callerTells) PrintError(Concat(failure.source, ": ", failure.cause));
   };
 }

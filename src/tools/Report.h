@@ -6,13 +6,18 @@
 #include <string_view>
 
 #include "core/basDebugLog.h"
+#include "platform/WantedStop.h"
 
 /// What a run of the tool ends with.
 namespace ExitStatus {
 inline constexpr int kDone = 0;
 inline constexpr int kUnusable = 1;  // the input can't be used
 inline constexpr int kUsage = 2;     // wrong usage
-inline constexpr int kStopped = 3;   // a script stopped early
+inline constexpr int kFailed = 3;    // something in a script failed
+/// As shells have it for a program that a signal has ended.
+inline int OfStop(const WantedStop& stop) {
+  return 128 + stop.signal;
+}
 }  // namespace ExitStatus
 
 /// A subcommand with its arguments, ready to run; returns the exit status.
@@ -31,6 +36,6 @@ std::string Printable(std::string_view text);
 /// One line on stderr, behind what stdout has so far: "kvpk: " and `text` (engine text).
 void PrintError(std::string_view text);
 
-/// Takes the failures that the engine traps and goes on from to stderr. Those that end a script or
-/// the opening of a pack are left out: the subcommands tell them themselves, with place and cause.
+/// Takes the failures that the engine traps and goes on from to stderr. Those that the callers of
+/// the trapped procedures tell are left out: the subcommands do it, with place and cause.
 basDebugLog::Recorder LogRecorder();

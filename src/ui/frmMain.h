@@ -106,7 +106,6 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void SetStatus(const std::string& text) override;
   void SetModProgressMax(std::int32_t max) override;
   void SetModProgress(std::int32_t value) override;
-  [[nodiscard]] std::int32_t ModProgress() const override;
   void SetTotalProgressMax(std::int32_t max) override;
   void SetTotalProgress(std::int32_t value) override;
   void DoEvents() override;

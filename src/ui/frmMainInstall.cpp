@@ -61,10 +61,6 @@ void frmMain::SetModProgress(std::int32_t value) {
       Text::CheckedInt16(value, "the bar of the mod"));
 }
 
-std::int32_t frmMain::ModProgress() const {
-  return picInstallProgrress->pBarFortschrittMod->Value();
-}
-
 void frmMain::SetTotalProgressMax(std::int32_t max) {
   tc_PBar& bar = *picInstallProgrress->pBarFortschritt;
   bar.SetMin(0);

@@ -402,7 +402,7 @@ TEST(CSocket, WaitsWithConnectionsThatItCantTake) {
   const Peer client(Sockets::Open(Sockets::Kind::kStream).value);
   EXPECT_EQ(Sockets::Connect(client.Handle(), {kLoopback, port}), Sockets::kWouldBlock);
   int failures = 0;
-  basDebugLog::SetRecorder([&](const std::string& /*line*/) { ++failures; });
+  basDebugLog::SetRecorder([&](const auto& /*failure*/) { ++failures; });
   // The system gives the program no more handles.
   rlimit before{};
   EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);

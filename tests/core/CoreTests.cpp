@@ -31,16 +31,21 @@ TEST(ProgressRange, KeepsItsRules) {
   EXPECT_EQ(range.Value(), 0);
 }
 
-TEST(Trapped, CatchesAllAndHandsItToLogError) {
+TEST(Trapped, CatchesAllButAWantedStop) {
   std::vector<std::string> lines;
-  basDebugLog::SetRecorder([&](const std::string& line) { lines.push_back(line); });
-  EXPECT_EQ(Trapped("frmMain.Init", [] {}), std::nullopt);
-  EXPECT_EQ(Trapped("basScript.Copy", [] { Fail("copy \"", "x", "\": ", 5); }), "copy \"x\": 5");
-  EXPECT_EQ(Trapped("frmMain.X", [] { throw std::out_of_range("index"); }), "index");
-  EXPECT_TRUE(Trapped("frmMain.Y", [] { throw 7; }).has_value());
+  basDebugLog::SetRecorder([&](const basDebugLog::TrappedFailure& failure) {
+    lines.push_back(Concat(failure.source, failure.callerTells ? "! " : ": ", failure.cause));
+  });
+  EXPECT_EQ(CauseOf("frmMain.Init", [] {}), std::nullopt);
+  EXPECT_EQ(CauseOf("basScript.Copy", [] { Fail("copy \"", "x", "\": ", 5); }), "copy \"x\": 5");
+  Trapped("frmMain.X", [] { throw std::out_of_range("index"); });
+  Trapped("frmMain.Y", [] { throw 7; });
   ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[0], "basScript.Copy: copy \"x\": 5");
+  EXPECT_EQ(lines[0], "basScript.Copy! copy \"x\": 5");
+  EXPECT_EQ(lines[1], "frmMain.X: index");
   EXPECT_THAT(lines[2], testing::StartsWith("frmMain.Y: "));
+  EXPECT_THROW(Trapped("frmMain.Z", [] { throw WantedStop{2}; }), WantedStop);
+  EXPECT_EQ(lines.size(), 3U) << "a wanted stop is no failure";
   basDebugLog::SetRecorder({});
 }
 

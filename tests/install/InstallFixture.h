@@ -60,9 +60,10 @@ class InstallTest : public testing::Test {
 
   /// Runs a script, written as for `Lines`; 0, or the line at which a failure stopped it.
   std::size_t Run(std::string_view script) {
-    const auto stop = basScript::RunInstallScript(Session, Lines(script));
-    EXPECT_TRUE(!stop || !stop->cause.empty());
-    return stop ? stop->lineNumber : 0;
+    Failures = basScript::RunInstallScript(Session, Lines(script));
+    const bool stopped = !Failures.empty() && Failures.back().endedScript;
+    EXPECT_TRUE(!stopped || !Failures.back().cause.empty());
+    return stopped ? Failures.back().lineNumber : 0;
   }
 
   [[nodiscard]] Tree Snapshot() const {
@@ -98,6 +99,7 @@ class InstallTest : public testing::Test {
     return files;
   }
 
+  std::vector<basScript::LineFailure> Failures;  // of the last run
   TempFolder Folder;
   FileSystem Files;
   RecordingHost Host;

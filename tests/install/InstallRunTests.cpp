@@ -26,11 +26,11 @@ class InstallRun : public InstallTest {
     mod.Selected = selected;
     Session.Pack.Mods.push_back(mod);
   }
-  /// Catalogue number and line of each script that stopped.
+  /// Mod and line of each failure.
   std::vector<std::pair<std::size_t, std::size_t>> RunAll() {
     std::vector<std::pair<std::size_t, std::size_t>> stops;
-    for (const StoppedScript& stopped : RunInstall(Session)) {
-      stops.emplace_back(stopped.mod, stopped.stop.lineNumber);
+    for (const auto& [mod, failure] : RunInstall(Session)) {
+      stops.emplace_back(mod, failure.lineNumber);
     }
     return stops;
   }
@@ -74,7 +74,7 @@ TEST_F(InstallRun, ACatalogueThatShrinksEndsTheRun) {
   AddMod("Zweite", "ShellExecute {|3|}");
   Session.Pack.EndScript = Lines("ShellExecute {|Ende");
   Host.OnDoEvents = [&] { Session.Pack = Catalogue(); };
-  const std::optional<std::string> cause = Trapped("test", [&] { RunInstall(Session); });
+  const std::optional<std::string> cause = CauseOf("test", [&] { RunInstall(Session); });
   EXPECT_TRUE(cause);
   // The script in hand runs to its end; the click's own failure leaves the run marked as on.
   EXPECT_EQ(TakeOpened(), (Texts{"1", "<game>\\2"}));
@@ -91,7 +91,7 @@ TEST_F(InstallRun, TwoSessionsDoNotDisturbEachOther) {
   InstallSession other(otherFiles, otherHost, otherShell, Session.TempDir);
   other.SAInstallDir = "Z:\\other";
   Host.OnDoEvents = [&] {
-    EXPECT_FALSE(basScript::RunInstallScript(other, "ShellExecute {\r\nx\r\ny\r\n}"));
+    EXPECT_TRUE(basScript::RunInstallScript(other, "ShellExecute {\r\nx\r\ny\r\n}").empty());
   };
   AddMod("Erste", "AddLine {|t.txt|a|b|c|}");
   EXPECT_TRUE(RunAll().empty());

@@ -13,7 +13,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-class ScriptWalk : public InstallTest {
+class RunScript : public InstallTest {
  protected:
   /// A script with `do0` to `do5` for a block that opens that digit.
   std::size_t RunProbes(std::string script) {
@@ -36,7 +36,7 @@ class ScriptWalk : public InstallTest {
   }
 };
 
-TEST_F(ScriptWalk, HeadsAndBracesAloneOnTheirLineOpenAndCloseBlocks) {
+TEST_F(RunScript, HeadsAndBracesAloneOnTheirLineOpenAndCloseBlocks) {
   Check({
       {"ShellExecute {|a|b|}", {"a", "<game>\\b"}},
       {"shellexecute {|a", {"a"}},
@@ -59,7 +59,7 @@ TEST_F(ScriptWalk, HeadsAndBracesAloneOnTheirLineOpenAndCloseBlocks) {
   });
 }
 
-TEST_F(ScriptWalk, ArgumentsAreTrimmedAndTabsShieldThem) {
+TEST_F(RunScript, ArgumentsAreTrimmedAndTabsShieldThem) {
   const std::vector<std::pair<std::string, Texts>> lines = {
       {"  a b  ", {"a b"}},
       {"a\t", {"a\t"}},
@@ -84,7 +84,7 @@ TEST_F(ScriptWalk, ArgumentsAreTrimmedAndTabsShieldThem) {
   }
 }
 
-TEST_F(ScriptWalk, GotoGoesForwardWhenItsBlockCloses) {
+TEST_F(RunScript, GotoGoesForwardWhenItsBlockCloses) {
   Check({
       {"Goto {|x|}|do1|:x|do2", {"2"}},
       {"Goto {|  x |y|z|}|:y|do1|:z|do2|:x|do3", {"3"}},
@@ -104,7 +104,7 @@ TEST_F(ScriptWalk, GotoGoesForwardWhenItsBlockCloses) {
   });
 }
 
-TEST_F(ScriptWalk, IfExistGotoTakesOneOfItsTwoLabels) {
+TEST_F(RunScript, IfExistGotoTakesOneOfItsTwoLabels) {
   LayOut({{"game/data/da.txt", "eins\r\n[zwei\r\ndrei"},
           {"game/leer.txt", ""},
           {"start/here/nur_hier.txt", "eins"}});
@@ -127,7 +127,7 @@ TEST_F(ScriptWalk, IfExistGotoTakesOneOfItsTwoLabels) {
   }
 }
 
-TEST_F(ScriptWalk, IfExistGotoWithLabelsMissing) {
+TEST_F(RunScript, IfExistGotoWithLabelsMissing) {
   LayOut({{"game/da", "a"}});
   Check({
       // Without the second label a failed test seeks a lone colon.
@@ -144,7 +144,7 @@ TEST_F(ScriptWalk, IfExistGotoWithLabelsMissing) {
   });
 }
 
-TEST_F(ScriptWalk, ATestOfLinesThatFailsStopsTheScript) {
+TEST_F(RunScript, ATestOfLinesThatFailsStopsTheScript) {
   LayOut({{"game/da", "a"}});
   EXPECT_EQ(RunProbes("do1|IfExistGoto {|line|fehlt|a|x|y|}|do2|:x|:y|do3"), 7U);
   EXPECT_EQ(RunProbes("do1|IfExistGoto {|line|da|[a|x|y|}|do2|:x|:y|do3"), 7U);
@@ -152,7 +152,7 @@ TEST_F(ScriptWalk, ATestOfLinesThatFailsStopsTheScript) {
   EXPECT_EQ(Folder.Read("game/da"), "a");
 }
 
-TEST_F(ScriptWalk, TheBarCountsTheLinesThatAreRun) {
+TEST_F(RunScript, TheBarCountsTheLinesThatAreRun) {
   struct Case {
     const char* script;
     std::int32_t max, value, events;

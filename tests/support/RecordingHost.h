@@ -32,7 +32,6 @@ class RecordingHost : public InstallHost {
     ModBar.SetMax(max);
   }
   void SetModProgress(std::int32_t value) override { ModBar.SetValue(value); }
-  [[nodiscard]] std::int32_t ModProgress() const override { return ModBar.Value(); }
   void SetTotalProgressMax(std::int32_t max) override {
     TotalBar.SetMin(0);
     TotalBar.SetMax(max);

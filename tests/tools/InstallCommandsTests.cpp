@@ -44,7 +44,7 @@ TEST_F(Install, RunsAllModsAndTheEndScript) {
   EXPECT_EQ(run.output,
             "Installiere Mod: Eins\nFüge Zeile hinzu...gta.dat\n"
             "Installiere Mod: Zwöi\nFüge Zeile hinzu...gta.dat\nLösche Datei...\n"
-            "Installiere Mod: Drei\nDekomprimieren: neu.txt...100%\nKopiere Datei...neu.txt\n"
+            "Installiere Mod: Drei\nDekomprimieren: neu.txt...\nKopiere Datei...neu.txt\n"
             "Füge Zeile hinzu...gta.dat\n"
             "Installation der Modifikationen abgeschlossen.\n");
   EXPECT_THAT(run.errors, testing::StartsWith("kvpk: mod 2, \"Zwöi\", stopped early at line 7, "
@@ -100,7 +100,7 @@ TEST_F(Install, ScriptStopsAtItsFirstFailure) {
   const KvpkRun run = Kvpk(folder_, {"script", "s.txt", "--game", "game"});
   EXPECT_EQ(run.exitStatus, 3);
   EXPECT_THAT(run.output, testing::EndsWith("\nprogress: 4/6\n"));
-  EXPECT_THAT(run.errors, HasSubstr("stopped at line 5, \"not \\x1Bthere.txt\": "));
+  EXPECT_THAT(run.errors, HasSubstr("stopped early at line 5, \"not \\x1Bthere.txt\": "));
   EXPECT_EQ(folder_.Read("game/data/here.txt"), "in the current directory");
   EXPECT_EQ(folder_.Read("here.txt"), "(missing)");
 

@@ -325,8 +325,8 @@ TEST_F(MainWindow, ShowsStatusAndProgressOfTheEngine) {
   window.SetTotalProgress(3);
   EXPECT_EQ(window.picInstallProgrress->pBarFortschritt->Value(), 3);
   window.SetModProgressMax(20);
-  window.SetModProgress(21);
-  EXPECT_EQ(window.ModProgress(), 0) << "above the top";
+  window.SetModProgress(7);
+  EXPECT_EQ(window.picInstallProgrress->pBarFortschrittMod->Value(), 7);
 }
 
 }  // namespace

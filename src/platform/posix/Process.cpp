@@ -14,8 +14,8 @@ namespace {
 
 volatile std::sig_atomic_t stopRequested = 0;
 
-void NoteStop(int /*number*/) {
-  stopRequested = 1;
+void NoteStop(int number) {
+  stopRequested = number;
 }
 
 }  // namespace
@@ -38,11 +38,16 @@ void CatchStop() {
   struct sigaction action = {};
   action.sa_handler = NoteStop;
   action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
-  for (const int number : {SIGINT, SIGTERM}) sigaction(number, &action, nullptr);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    // What the caller has the program ignore, as nohup does, stays ignored.
+    struct sigaction before = {};
+    sigaction(number, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
+  }
 }
 
-bool StopRequested() {
-  return stopRequested != 0;
+int StopRequested() {
+  return stopRequested;
 }
 
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -20,13 +21,14 @@
 
 namespace {
 
-std::atomic<bool> stopRequested = false;
+std::atomic<int> stopRequested = 0;
 
 BOOL WINAPI NoteStop(DWORD reason) {
-  const bool isFirst = !stopRequested.exchange(true);
+  const bool byKey = reason == CTRL_C_EVENT || reason == CTRL_BREAK_EVENT;
+  const bool isFirst = stopRequested.exchange(byKey ? SIGINT : SIGTERM) == 0;
   // With its window, or at the end of the session, the process would end as soon as this returns:
   // the run gets the few seconds that the system waits.
-  if (reason != CTRL_C_EVENT && reason != CTRL_BREAK_EVENT) Sleep(INFINITE);
+  if (!byKey) Sleep(INFINITE);
   return isFirst ? TRUE : FALSE;
 }
 
@@ -105,7 +107,7 @@ void CatchStop() {
   SetConsoleCtrlHandler(NoteStop, TRUE);
 }
 
-bool StopRequested() {
+int StopRequested() {
   return stopRequested;
 }
 
