@@ -55,11 +55,13 @@ std::optional<std::string> Caught(Body&& body) {
 
 }  // namespace basDebugLog
 
-/// Runs `body` behind a trap named `source`: a failure goes to `LogError`, and no further.
+/// Runs `body` behind a trap named `source`: a failure goes to `LogError`, and no further. Returns
+/// whether `body` ran to its end.
 template <typename Body>
-void Trapped(std::string_view source, Body&& body) {
+bool Trapped(std::string_view source, Body&& body) {
   const auto cause = basDebugLog::Caught(std::forward<Body>(body));
   if (cause) basDebugLog::LogError(source, *cause);
+  return !cause;
 }
 
 /// The same for procedures whose caller tells developers of the failure itself, and knows where it

@@ -242,7 +242,7 @@ void frmHelp::TakeOutLineEnds() {
 }
 
 void frmHelp::cmdSend_Click() {
-  const auto failure = Trapped("frmHelp.cmdSend_Click", [this] {
+  const bool sent = Trapped("frmHelp.cmdSend_Click", [this] {
     TakeOutLineEnds();
     const std::string message = WithoutLineEnds(EngineText(txtNachricht->document()->toRawText()));
     if (::Text::Trim(message).empty() || tag_ == "1") return;
@@ -250,7 +250,7 @@ void frmHelp::cmdSend_Click() {
     AddMessage(message, "");
     txtNachricht->clear();
   });
-  if (failure) QMetaObject::invokeMethod(this, &frmHelp::ShowWhatIsKept, Qt::QueuedConnection);
+  if (!sent) QMetaObject::invokeMethod(this, &frmHelp::ShowWhatIsKept, Qt::QueuedConnection);
 }
 
 // The box has room for one line, and by now it shows the break that Enter has left behind.
