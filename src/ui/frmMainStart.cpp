@@ -53,7 +53,9 @@ void frmMain::PlaceWindow() {
              ',', Layout::kDesignSize.height());
   const WindowPosition place = WindowPosition::Parse(
       basIni::INIRead(surroundings_.files, iniPath_, "Settings", "Position", centred));
-  setGeometry(place.left, place.top, place.width, place.height);
+  // A window larger than all screens together takes memory for pixels that nobody sees.
+  const QSize desktop = QGuiApplication::primaryScreen()->virtualSize();
+  setGeometry({{place.left, place.top}, QSize(place.width, place.height).boundedTo(desktop)});
 }
 
 void frmMain::Init() {

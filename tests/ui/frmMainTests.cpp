@@ -102,6 +102,7 @@ TEST_F(MainWindow, KeepsItsPlaceInTheSettings) {
   for (const auto& [text, box] : {std::pair("40,30,700,600", QRect(40, 30, 700, 600)),
                                   {"-2000,30,100,600", {-2000, 30, 480, 600}},
                                   {"10,20,500,100,9", {10, 20, 500, 250}}}) {
+                                  {"5,5,32767,32767", {5, 5, 800, 800}},  // the desktop's size
     WriteIni(std::string("Position=") + text + "\r\n");
     EXPECT_EQ(Start().geometry(), box) << text;
     Window->setGeometry(11, 12, 713, 614);
