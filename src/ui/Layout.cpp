@@ -1,5 +1,7 @@
 #include "ui/Layout.h"
 
+#include <algorithm>
+
 #include "controls/Twips.h"
 #include "platform/Failure.h"
 
@@ -21,6 +23,8 @@ constexpr double kLogoShare = 0.05;
 constexpr int kLogoTop = 5;
 constexpr int kWindowButtonsTop = 8;
 constexpr int kTitleTop = 27;
+constexpr int kTitleRight = 9;  // from the window's edge
+constexpr int kBesideLogo = 12;
 constexpr int kLinkTop = 18;
 constexpr int kPanelBelow = 16;
 
@@ -29,6 +33,19 @@ float ListShareOf(int H, int HH) {
   if (HH == 0) return static_cast<float>(kListShare);
   if (H == 0) Fail("layout: a window without height has no place for a page");
   return static_cast<float>(1.0 / H * HH + kListShareWithPage);
+}
+
+/// Heights of the lists and of the detail area. Negative where the window is too low for them.
+struct Heights {
+  int lists;
+  int detail;
+};
+
+Heights HeightsOf(int H, int HH) {
+  const float ListShare = ListShareOf(H, HH);
+  const float DetailShare = 1.0F - ListShare;
+  const auto below = static_cast<double>(H - kTop);
+  return {RoundToEven(below * ListShare - HH), RoundToEven(below * DetailShare - kBelowDetail)};
 }
 
 /// Moves one control; a negative size is one that no control accepts.
@@ -48,13 +65,11 @@ std::vector<int> TitleTiles(int W) {
 }
 
 void MainArea(int W, int H, int HH, const OwnSizes& sizes, const Mover& move) {
-  const float ListShare = ListShareOf(H, HH);
-  const float DetailShare = 1.0F - ListShare;
-  const int below = H - kTop;
+  const Heights heights = HeightsOf(H, HH);
 
   MoveTo(move, Control::html, "html", {0, kHtmlTop, W, sizes.htmlHeight});
   const QRect types(kMargin, HH + kTop, RoundToEven(W * kTypeListShare + kTypeListBase),
-                    RoundToEven(static_cast<double>(below) * ListShare - HH));
+                    heights.lists);
   MoveTo(move, Control::picTypeList, "picTypeList", types);
   const QRect mods(kMargin + types.width() + kGap, HH + kTop, W - types.width() - kModListRest,
                    types.height());
@@ -63,8 +78,7 @@ void MainArea(int W, int H, int HH, const OwnSizes& sizes, const Mover& move) {
   MoveTo(move, Control::cmdPicture, "cmdPicture", picture);
   MoveTo(move, Control::cmdDescription, "cmdDescription",
          {{picture.width() + kMargin, picture.top()}, sizes.cmdDescription});
-  const QRect detail(kMargin, picture.top() + picture.height(), W - 2 * kMargin,
-                     RoundToEven(static_cast<double>(below) * DetailShare - kBelowDetail));
+  const QRect detail(kMargin, picture.top() + picture.height(), W - 2 * kMargin, heights.detail);
   MoveTo(move, Control::picDescPic, "picDescPic", detail);
   MoveTo(move, Control::picBuffer, "picBuffer", detail);
   MoveTo(move, Control::picButtons, "picButtons",
@@ -75,6 +89,18 @@ void MainArea(int W, int H, int HH, const OwnSizes& sizes, const Mover& move) {
   MoveTo(move, Control::scrModTypeList, "scrModTypeList",
          {types.width() - bar, 0, bar, types.height()});
   MoveTo(move, Control::scrModList, "scrModList", {mods.width() - bar, 0, bar, mods.height()});
+}
+
+int SmallestHeight(int HH) {
+  int H = kTop;
+  for (Heights heights = HeightsOf(H, HH); heights.lists < 0 || heights.detail < 0;) {
+    heights = HeightsOf(++H, HH);
+  }
+  return H;
+}
+
+int TitleRoom(int W, int logoWidth) {
+  return std::max(0, W - kTitleRight - Logo(W).x() - logoWidth - kBesideLogo);
 }
 
 QPoint Logo(int W) {

@@ -61,8 +61,12 @@ std::vector<int> TitleTiles(int W);
 /// the order in which they move. A computed size that is negative is a failure: the controls
 /// ahead of that one have moved then.
 void MainArea(int W, int H, int HH, const OwnSizes& sizes, const Mover& move);
+/// The lowest window in which all of the main area has its place.
+int SmallestHeight(int HH);
 /// Upper left corner of the logo.
 QPoint Logo(int W);
+/// How wide the pack title may be beside a logo that wide.
+int TitleRoom(int W, int logoWidth);
 /// Link, window buttons and pack title on the title strip.
 std::vector<Placement> TitleArea(int W, const OwnSizes& sizes);
 

@@ -327,16 +327,16 @@ void frmMain::Form_Resize() {
   Trapped("frmMain.Form_Resize", [&] {
     const int W = width();
     const int H = height();
+    // Ahead of what fails in a window that is too small for its page: by these it is moved, closed
+    // and made larger.
     PaintTitleStrip();
+    PaintLogo();
+    PlaceTitleArea();
+    panel->Place(W, H);
     Layout::MainArea(W, H, session_.Pack.HTMLHeight, OwnSizes(),
                      [this](const Layout::Placement& placement) { MoveControl(placement); });
-    PaintLogo();
-    for (const Layout::Placement& placement : Layout::TitleArea(W, OwnSizes())) {
-      MoveControl(placement);
-    }
     detail->SetPicture(detail->Tag());
     detail->txtDescription->setGeometry(detail->picDescPic->rect());
-    panel->Place(W, H);
     lists->DrawModList();
     lists->DrawTypeList();
   });

@@ -168,9 +168,12 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void Form_MouseDown(Qt::MouseButton Button, const QPoint& place, const QPoint& onScreen);
   void PaintTitleStrip();
   void PaintLogo();
+  void PlaceTitleArea();
   void ShowPageToCome();
+  void GrowTo(int height);
   void MoveControl(const Layout::Placement& placement);
   [[nodiscard]] Layout::OwnSizes OwnSizes() const;
+  [[nodiscard]] bool PressByKey(const QKeyEvent& key);
   void DisableForPanel(bool Enable) const;
   void OpenDroppedPack();
   void PlayClick();

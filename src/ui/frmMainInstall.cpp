@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QScopeGuard>
+#include <QScreen>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 #include "controls/tc_PBar.h"
@@ -168,5 +170,17 @@ void frmMain::ShowPageToCome() {
 
 void frmMain::SetMinimumSize(int width, int height) {
   basMinMax::UnhookMinMax(this);
-  basMinMax::HookMinMax(this, width, height);
+  const int needed = Layout::SmallestHeight(session_.Pack.HTMLHeight);
+  const int smallest = std::max(height, needed);
+  // A limit waits for the next change of size, but a window too low for its page can't be used.
+  if (this->height() < needed) GrowTo(smallest);
+  basMinMax::HookMinMax(this, width, smallest);
+}
+
+/// The lower edge, with the buttons, stays on the screen.
+void frmMain::GrowTo(int height) {
+  if (isMaximized() || isFullScreen()) return;
+  const QRect desk = screen()->availableGeometry();
+  const int possible = std::min(height, desk.height());
+  setGeometry(x(), std::min(y(), desk.bottom() + 1 - possible), width(), possible);
 }
