@@ -9,6 +9,7 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
+#include <QTextFrame>
 #include <algorithm>
 #include <string>
 
@@ -29,6 +30,8 @@ namespace {
 constexpr ColourNumber kForm = 10784648;
 constexpr ColourNumber kField = 11904415;
 constexpr ColourNumber kRole = 14999516;
+constexpr ColourNumber kNoticeField = 6050376;  // dark: its text is small and white
+constexpr ColourNumber kNoticeSelection = 10784648;
 constexpr int kFormHeight = 6520;  // twips
 constexpr int kTitlePixels = 13;
 
@@ -46,6 +49,7 @@ constexpr QRect kThanks(312, 53, 260, 19);
 constexpr QRect kNoticeCaption(16, 4, 556, 14);
 constexpr QRect kNotice(16, 22, 568, 104);  // eight lines
 constexpr int kLineHeight = 13;
+constexpr int kNoticeMargin = 6;
 
 QWidget* MakeField(QWidget* form, const char* name, const QRect& box) {
   auto* const field = new QWidget(form);
@@ -86,6 +90,9 @@ void PrepareNotice(QTextEdit& box) {
   box.setTabChangesFocus(true);
   box.document()->setDocumentMargin(0);
   box.setPlainText(LegalNotice());
+  QTextFrameFormat sides = box.document()->rootFrame()->frameFormat();
+  sides.setLeftMargin(kNoticeMargin);
+  box.document()->rootFrame()->setFrameFormat(sides);
   QTextCursor all(box.document());
   all.select(QTextCursor::Document);
   QTextBlockFormat lines;
@@ -94,7 +101,10 @@ void PrepareNotice(QTextEdit& box) {
   box.verticalScrollBar()->setSingleStep(kLineHeight);
   box.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   SkinScrollBar::Apply(*box.verticalScrollBar());
-  SkinLooks::SetTextColours(box, kField, Qt::white);
+  SkinLooks::SetTextColours(box, kNoticeField, Qt::white);
+  QPalette colours = box.palette();
+  colours.setColor(QPalette::Highlight, Colours::ToQColor(kNoticeSelection));
+  box.setPalette(colours);
 }
 
 }  // namespace
