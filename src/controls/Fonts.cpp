@@ -105,7 +105,14 @@ QSize CaptionSize(const QFont& font, const QString& caption) {
     const int box = QFontInfo(font).pixelSize();
     return {box * static_cast<int>(caption.size()), box};
   }
-  return QFontMetrics(font).size(0, caption);
+  QSize size = QFontMetrics(font).size(0, caption);
+  if (font.stretch() != QFont::AnyStretch) {
+    // A squeezed face rounds the height of its lines in its own way.
+    QFont asItIs = font;
+    asItIs.setStretch(QFont::AnyStretch);
+    size.setHeight(QFontMetrics(asItIs).size(0, caption).height());
+  }
+  return size;
 }
 
 void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption) {
@@ -113,8 +120,10 @@ void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const Q
     for (const QChar glyph : caption) DrawGlyph(painter, box, QFontInfo(font).pixelSize(), glyph);
     return;
   }
+  const double above = (box.height() - CaptionSize(font, caption).height()) / 2.0;
   painter.setFont(font);
-  painter.drawText(box, Qt::AlignCenter | Qt::TextDontClip, caption);
+  painter.drawText(QRectF(box).translated(0, above),
+                   Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, caption);
 }
 
 }  // namespace Fonts

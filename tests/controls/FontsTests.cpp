@@ -1,6 +1,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QScopeGuard>
+#include <cstring>
 
 #include <gtest/gtest.h>
 
@@ -41,6 +42,25 @@ TEST(Fonts, DrawsTheGlyphsOfWindowsWithoutTheirFont) {
   EXPECT_NE(QuartersOf("1"), QuartersOf("2"));
   EXPECT_EQ(QuartersOf("x"), std::vector<int>(4)) << "what stands for no glyph draws nothing";
   EXPECT_EQ(Fonts::CaptionSize(Fonts::Marlett(12), "rr"), QSize(24, 12));
+}
+
+TEST(Fonts, ASqueezedCaptionStandsWhereOthersDo) {
+  const auto rowsOfInk = [](int stretch) {
+    QImage picture(2 * kSide, 2 * kSide, QImage::Format_RGB32);
+    picture.setDevicePixelRatio(2);
+    picture.fill(Qt::white);
+    QFont font = Fonts::Tahoma();
+    if (stretch != 100) font.setStretch(stretch);
+    QPainter painter(&picture);
+    Fonts::DrawCaption(painter, {0, 0, kSide, 13}, font, "H");
+    painter.end();
+    std::vector<bool> rows;
+    for (int y = 0; y < picture.height(); ++y) {
+      rows.push_back(std::memchr(picture.scanLine(y), 0, 8 * kSide) != nullptr);
+    }
+    return rows;
+  };
+  EXPECT_EQ(rowsOfInk(100), rowsOfInk(90));
 }
 
 }  // namespace
