@@ -3,10 +3,13 @@
 #include <QCursor>
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <QWheelEvent>
+#include <algorithm>
 #include <utility>
 
 #include "controls/Fonts.h"
@@ -14,6 +17,8 @@
 #include "controls/Painting.h"
 #include "platform/window/hWndByMouse.h"
 #include "ui/ListAccessibility.h"
+#include "ui/ListScrollBar.h"
+#include "ui/PlainToolTip.h"
 
 namespace {
 
@@ -25,28 +30,32 @@ class LinePrinter {
  public:
   explicit LinePrinter(QPainter& painter) : painter_(painter) {}
 
-  void Print(const QPoint& place, const QString& text, const QFont& font, const QColor& colour) {
+  /// A text wider than `room` pixels loses its end.
+  void Print(const QPoint& place, const QString& text, int room, const QFont& font,
+             const QColor& colour) {
     if (!isReady_ || font != font_) Take(font);
     painter_.setPen(colour);
     if (needsDrawnGlyphs_) {
       Fonts::DrawCaption(painter_, {place, Fonts::CaptionSize(font, text)}, font, text);
       return;
     }
-    painter_.drawText(place.x(), place.y() + ascent_, text);
+    const bool fits = metrics_.horizontalAdvance(text) <= room;
+    painter_.drawText(place.x(), place.y() + metrics_.ascent(),
+                      fits ? text : metrics_.elidedText(text, Qt::ElideRight, room));
   }
 
  private:
   void Take(const QFont& font) {
     isReady_ = true;
     font_ = font;
-    ascent_ = QFontMetrics(font).ascent();
+    metrics_ = QFontMetrics(font);
     needsDrawnGlyphs_ = Fonts::NeedsDrawnGlyphs(font);
     painter_.setFont(font);
   }
 
   QPainter& painter_;
   QFont font_;
-  int ascent_ = 0;
+  QFontMetrics metrics_{font_};
   bool isReady_ = false;
   bool needsDrawnGlyphs_ = false;
 };
@@ -93,15 +102,50 @@ void ListSurface::paintEvent(QPaintEvent* /*event*/) {
   Draw(painter, painted_);
 }
 
-void ListSurface::Draw(QPainter& painter, const std::vector<Drawing>& drawings) {
+/// Up to the scroll bar while there is one.
+int ListSurface::RoomFrom(int x) const {
+  constexpr int kBesideText = 4;
+  const auto* const bar = findChild<ListScrollBar*>(QString(), Qt::FindDirectChildrenOnly);
+  const bool hasBar = bar != nullptr && !bar->isHidden();
+  return std::max(0, (hasBar ? bar->x() : width()) - x - kBesideText);
+}
+
+void ListSurface::Draw(QPainter& painter, const std::vector<Drawing>& drawings) const {
   LinePrinter printer(painter);
   for (const Drawing& drawing : drawings) {
     if (const auto* const box = std::get_if<Box>(&drawing)) {
       Painting::Fill(painter, box->area, Colours::ToQColor(box->colour));
     } else if (const auto* const line = std::get_if<Line>(&drawing)) {
-      printer.Print(line->place, line->text, line->font, Colours::ToQColor(line->colour));
+      printer.Print(line->place, line->text, RoomFrom(line->place.x()), line->font,
+                    Colours::ToQColor(line->colour));
     }
   }
+}
+
+bool ListSurface::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+  const auto& help = *static_cast<QHelpEvent*>(event);
+  const Line* const line = ShortenedAt(help.pos());
+  if (line != nullptr) {
+    const QRect lines(0, line->place.y(), width(), QFontMetrics(line->font).height());
+    QToolTip::showText(help.globalPos(), PlainToolTip(line->text), this, lines);
+  } else {
+    QToolTip::hideText();
+  }
+  return true;
+}
+
+/// The line at a place that has lost its end, null if there is none.
+const ListSurface::Line* ListSurface::ShortenedAt(const QPoint& place) const {
+  const auto found = std::find_if(painted_.rbegin(), painted_.rend(), [&](const Drawing& drawing) {
+    const auto* const line = std::get_if<Line>(&drawing);
+    if (line == nullptr || place.x() < line->place.x()) return false;
+    const QFontMetrics metrics(line->font);
+    const int below = place.y() - line->place.y();
+    return below >= 0 && below < metrics.height() &&
+           metrics.horizontalAdvance(line->text) > RoomFrom(line->place.x());
+  });
+  return found == painted_.rend() ? nullptr : &std::get<Line>(*found);
 }
 
 // ------------------------------------------------------------------------------ mouse and keys
@@ -142,7 +186,7 @@ void ListSurface::keyPressEvent(QKeyEvent* event) {
   event->ignore();
 }
 
-// The focus doesn't show, so unlike the toolkit's own handlers these repaint nothing.
+// A `FocusFrame` shows the focus, so unlike the toolkit's own handlers these repaint nothing.
 void ListSurface::focusInEvent(QFocusEvent* /*event*/) {
   if (pressed_ == 0) emit GotFocus();  // that of a press came before the press
 }

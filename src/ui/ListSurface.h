@@ -33,7 +33,7 @@ class ListSurface : public QWidget {
   void Clear();
   void FillBox(const QRect& box, ColourNumber colour);
   /// Prints one line without a background, `place` being the upper left corner of its cell.
-  /// Nothing wraps; what doesn't fit is cut at the edge.
+  /// Nothing wraps; a text that doesn't fit loses its end, and is a tooltip as well.
   void Print(const QPoint& place, const QString& text, const QFont& font, ColourNumber colour);
   /// Shows what was painted, with the next frame.
   void Refresh() { update(); }
@@ -59,6 +59,7 @@ class ListSurface : public QWidget {
   void GotFocus();
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -84,7 +85,9 @@ class ListSurface : public QWidget {
   };
   using Drawing = std::variant<Box, Line>;
 
-  static void Draw(QPainter& painter, const std::vector<Drawing>& drawings);
+  void Draw(QPainter& painter, const std::vector<Drawing>& drawings) const;
+  [[nodiscard]] int RoomFrom(int x) const;
+  [[nodiscard]] const Line* ShortenedAt(const QPoint& place) const;
   void TellWhereMouseIs();
 
   ColourNumber backColor_ = 0;

@@ -15,6 +15,8 @@ class TitleLabel : public QWidget {
 
   [[nodiscard]] QString Caption() const { return caption_; }
   void SetCaption(const QString& caption);
+  /// A text that is wider than this many pixels loses its end, and is a tooltip as well.
+  void SetRoom(int pixels);
 
  signals:
   void Change();
@@ -24,6 +26,10 @@ class TitleLabel : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
 
  private:
+  void FitToRoom();
+
   QString caption_;
+  QString shown_;
+  int room_ = QWIDGETSIZE_MAX;
   ColourNumber foreColor_;
 };

@@ -347,6 +347,7 @@ void frmMain::PaintTitleStrip() {
   if (logo_.isNull() || logo_.devicePixelRatio() != ratio) {
     titleTile_ = Skin::Picture("title_tile", ratio);
     logo_ = Skin::WithoutMagenta(Skin::Picture("logo", ratio));
+    logoWidth_ = qRound(QRegion(logo_.mask()).boundingRect().right() / ratio) + 1;
   }
   title_ = QPixmap((QSizeF(width(), Layout::kTitleStripHeight) * ratio).toSize());
   title_.setDevicePixelRatio(ratio);
@@ -358,6 +359,15 @@ void frmMain::PaintTitleStrip() {
 
 void frmMain::PaintLogo() {
   QPainter(&title_).drawPixmap(Layout::Logo(width()), logo_);
+}
+
+void frmMain::PlaceTitleArea() {
+  for (TitleLabel* const label : {lblTitel, lblTitel2}) {
+    label->SetRoom(Layout::TitleRoom(width(), logoWidth_));
+  }
+  for (const Layout::Placement& placement : Layout::TitleArea(width(), OwnSizes())) {
+    MoveControl(placement);
+  }
 }
 
 void frmMain::paintEvent(QPaintEvent* /*event*/) {

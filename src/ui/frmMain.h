@@ -188,6 +188,7 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   QPointer<frmAbout> about_;
   QPixmap titleTile_;
   QPixmap logo_;
+  int logoWidth_ = 0;       // of what is drawn in its picture
   QPixmap title_;           // strip and logo, as last painted
   std::string pageToCome_;  // of the pack opened at the start, DOS path text
   std::string droppedPack_;

@@ -1,5 +1,7 @@
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 #include <memory>
@@ -287,6 +289,51 @@ TEST_F(Lists, FocusAndHoverFollowTheMouse) {
   EXPECT_EQ(lists->HoverModRow, 2) << "nothing arrives at a disabled list";
   lists->picModList->setEnabled(true);
   EXPECT_EQ(lists->HoverModRow, 0);
+}
+
+TEST_F(Lists, ShowTheirFocusUnlessTheMouseBringsIt) {
+  AddType(1, 1);
+  Open();
+  const auto corner = [&] { return RenderedAt(*lists->picModList, 1).pixelColor(0, 0); };
+  lists->picModList->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(corner(), QColor(255 - 179, 255 - 184, 255 - 197));
+  hand.window.setFocus();
+  EXPECT_EQ(corner(), kPlain);
+  MoveTo(lists->picModList, 3, 50);
+  EXPECT_TRUE(lists->picModList->hasFocus());
+  EXPECT_EQ(corner(), kPlain);
+}
+
+TEST_F(Lists, HomeAndEndSelectWithoutASelection) {
+  AddType(1, 9);
+  AddType(2, 0);
+  Open();
+  const auto press = [&](ListSurface* list, Qt::Key key) {
+    QTest::keyClick(list, key);
+    return std::to_string(lists->CurModRow) + std::to_string(lists->ModScroll) + Log();
+  };
+  EXPECT_EQ(press(lists->picModList, Qt::Key_End), "9-150 click text:R1.9 picture:p1.9");
+  EXPECT_EQ(press(lists->picModList, Qt::Key_Home), "10 click text:R1.1 picture:p1.1");
+  EXPECT_EQ(press(lists->picTypeList, Qt::Key_End), "00 click text:T2 picture:t2");
+  EXPECT_EQ(press(lists->picModList, Qt::Key_Home), "00") << "there is no row";
+}
+
+TEST_F(Lists, ShortenATextThatDoesNotFit) {
+  AddType(1, 5);
+  pack.Mods[1].Description = "<img src=x>" + std::string(80, 'W');
+  Open();
+  const auto tipAt = [&](const QPoint& place) {
+    QHelpEvent event(QEvent::ToolTip, place, lists->picModList->mapToGlobal(place));
+    QApplication::sendEvent(lists->picModList, &event);
+    return QToolTip::text();
+  };
+  const auto hasInk = [&](int x, int width) {
+    return Shows(lists->picModList, 1, {x, 16, width, 14}, kDark);
+  };
+  EXPECT_FALSE(hasInk(379, 21)) << "beside the scroll bar and under it";
+  EXPECT_TRUE(hasInk(350, 29));
+  EXPECT_EQ(tipAt({50, 5}), "") << "the first line fits";
+  EXPECT_EQ(tipAt({50, 20}), "<span>&lt;img src=x&gt;" + QString(80, 'W') + "</span>");
 }
 
 TEST_F(Lists, TheWheelScrollsTheListUnderTheMouse) {
