@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "controls/FocusFrame.h"
 #include "controls/Input.h"
 #include "controls/SkinScrollBar.h"
 #include "core/basDebugLog.h"
@@ -23,6 +24,8 @@ constexpr float kBesideTicks = 31;
 constexpr int kSpace = 32;
 constexpr int kPageUp = 33;
 constexpr int kPageDown = 34;
+constexpr int kEnd = 35;
+constexpr int kHome = 36;
 constexpr int kUp = 38;
 constexpr int kDown = 40;
 constexpr int kRowsOfPageKey = 6;
@@ -155,6 +158,7 @@ void CatalogueLists::CreateControls(QWidget* form) {
     made->setAccessibleName(accessible);
     made->setGeometry(place);
     made->SetBackColor(ListRow::kBack);
+    new FocusFrame(made);
     return made;
   };
   const auto bar = [](const char* name, ListSurface* list, const QRect& place) {
@@ -175,12 +179,16 @@ void CatalogueLists::ConnectControls() {
   connect(picTypeList, &ListSurface::MouseDown, this, &Me::picTypeList_MouseDown);
   connect(picTypeList, &ListSurface::MouseMove, this, &Me::picTypeList_MouseMove);
   connect(picTypeList, &ListSurface::Click, this, &Me::picTypeList_Click);
-  connect(picTypeList, &ListSurface::KeyDown, this, &Me::picTypeList_KeyDown);
+  connect(picTypeList, &ListSurface::KeyDown, this, [this](int KeyCode, int Shift) {
+    if (!TakeEndRow(Types(), KeyCode, LastType())) picTypeList_KeyDown(KeyCode, Shift);
+  });
   connect(picTypeList, &ListSurface::GotFocus, this, &Me::picTypeList_GotFocus);
   connect(picModList, &ListSurface::MouseDown, this, &Me::picModList_MouseDown);
   connect(picModList, &ListSurface::MouseMove, this, &Me::picModList_MouseMove);
   connect(picModList, &ListSurface::Click, this, &Me::picModList_Click);
-  connect(picModList, &ListSurface::KeyDown, this, &Me::picModList_KeyDown);
+  connect(picModList, &ListSurface::KeyDown, this, [this](int KeyCode, int Shift) {
+    if (!TakeEndRow(Mods(), KeyCode, RowsOfCurrentType())) picModList_KeyDown(KeyCode, Shift);
+  });
   connect(picModList, &ListSurface::GotFocus, this, &Me::picModList_GotFocus);
   // Later: the toolkit first tells of the list itself.
   for (ListSurface* const surface : {picTypeList, picModList}) {
@@ -526,6 +534,16 @@ void CatalogueLists::ScrollModIntoView(std::int16_t Row) {
 }
 
 // ------------------------------------------------------------------------------- keys and focus
+
+// Home and End select what a press on the first and the last row would: the way into the mod list,
+// whose other keys go on from a selection.
+bool CatalogueLists::TakeEndRow(const List& list, int KeyCode, std::int16_t lastRow) {
+  if (KeyCode != kHome && KeyCode != kEnd) return false;
+  Trapped("frmMain.TakeEndRow", [&] {
+    if (lastRow > 0) ClickRow(list, KeyCode == kHome ? std::int16_t{1} : lastRow, kBesideTicks);
+  });
+  return true;
+}
 
 void CatalogueLists::picTypeList_KeyDown(int KeyCode, int /*Shift*/) {
   Trapped("frmMain.picTypeList_KeyDown", [&] {

@@ -112,6 +112,7 @@ class CatalogueLists : public QObject {
   void AimWheelHook(ListSurface* surface);
   void TakeOffset(const List& list);
   void ScrollIntoView(const List& list, std::int16_t Row);
+  bool TakeEndRow(const List& list, int KeyCode, std::int16_t lastRow);
   void ClickRow(const List& list, std::int16_t Row, float X);
 
   Catalogue& catalogue_;

@@ -1,5 +1,6 @@
 #include "ui/DetailView.h"
 
+#include <QFocusEvent>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -8,6 +9,7 @@
 #include <utility>
 
 #include "controls/Colours.h"
+#include "controls/FocusFrame.h"
 #include "controls/Fonts.h"
 #include "controls/Skin.h"
 #include "controls/SkinLooks.h"
@@ -111,6 +113,7 @@ void DetailView::PrepareTab(skinBtn& tab, const QString& caption, void (DetailVi
   tab.SetShadowDistance(1);
   tab.SetRaiseClickByKeyEvent(false);
   tab.SetDrawFocusRect(true);
+  tab.installEventFilter(this);
   connect(&tab, &skinBtn::MousDown, this, show);
   const auto pressUnlessShown = [this, &tab, show] {
     if (tab.AutoDrawButton()) (this->*show)();
@@ -126,6 +129,7 @@ void DetailView::PrepareText() const {
   box.setObjectName("txtDescription");
   box.setAccessibleName(cmdDescription->Caption());
   box.setFrameShape(QFrame::NoFrame);
+  new FocusFrame(&box);
   box.setFont(LucidaConsole(kTextPixels));
   box.setReadOnly(true);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -213,4 +217,25 @@ void DetailView::SwitchTo(bool toText) {
   shown.MouseDown();
   other.Normal();
   txtDescription->setVisible(toText);
+  ShowFocusOfTabs();
+}
+
+bool DetailView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (event->type() == QEvent::FocusIn) {
+      tabsByKeyboard_ = FocusFrame::IsByKeyboard(reason, tabsByKeyboard_);
+    }
+    ShowFocusOfTabs();
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+// The tab of the present view has no focus rectangle, so its caption is underlined.
+void DetailView::ShowFocusOfTabs() const {
+  for (skinBtn* const tab : {cmdPicture, cmdDescription}) {
+    QFont font = Fonts::Tahoma();
+    font.setUnderline(tab->hasFocus() && tabsByKeyboard_ && !tab->AutoDrawButton());
+    tab->SetFontMouseDown(font);
+  }
 }

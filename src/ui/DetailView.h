@@ -46,6 +46,9 @@ class DetailView : public QObject {
   void cmdPicture_MousDown();
   void cmdDescription_MousDown();
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   /// A picture at its own size; where there is one, the same with more detail.
   struct Loaded {
@@ -59,6 +62,7 @@ class DetailView : public QObject {
   [[nodiscard]] const Loaded& NoPicture();
   void ShowFitted(qreal ratio);
   void SwitchTo(bool toText);
+  void ShowFocusOfTabs() const;
 
   const FileSystem& files_;
   const clsIMGtool& ModPackIMG_;
@@ -69,5 +73,6 @@ class DetailView : public QObject {
   Loaded CurrentPicture_;
   QPixmap picBuffer_;  // where the fitted picture is composed before it is shown
   std::string tag_;
-  std::string description_;  // as it was given
+  bool tabsByKeyboard_ = false;  // how the focus came to a tab
+  std::string description_;      // as it was given
 };

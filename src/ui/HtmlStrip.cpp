@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "controls/FocusFrame.h"
 #include "controls/SkinScrollBar.h"
 #include "core/basDebugLog.h"
 #include "platform/Failure.h"
@@ -48,6 +49,7 @@ HtmlStrip::HtmlStrip(QWidget* parent, const FileSystem& files, ShellOpener& shel
   setObjectName("html");
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);
+  new FocusFrame(this);
   setWordWrapMode(QTextOption::WordWrap);
   SkinScrollBar::Apply(*verticalScrollBar());
   SkinScrollBar::Apply(*horizontalScrollBar());

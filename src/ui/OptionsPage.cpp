@@ -1,5 +1,6 @@
 #include "ui/OptionsPage.h"
 
+#include <QKeyEvent>
 #include <utility>
 
 #include "controls/Fonts.h"
@@ -68,6 +69,7 @@ OptionsPage::OptionsPage(QWidget* picPanel, InstallSession& session, const FileS
   lblSAInstallDir->SetUnderline(true);
   lblMusik->SetUnderline(true);
   chkMusik->setText("Nein");
+  setFocusProxy(txtSAInstallDir);
   txtSAInstallDir->setAccessibleName(lblSAInstallDir->text());
   cmdSelectSAInstallDir->setAccessibleName("Verzeichnis auswählen");
   chkMusik->setAccessibleName(lblMusik->text());
@@ -115,6 +117,17 @@ bool OptionsPage::TestDirectory(const std::string& folder) const {
   neighbours_.MessageBox("Dies ist nich das GTA San Andreas Installationsverzeichnis!",
                          "Falsche Auswahl!");
   return false;
+}
+
+void OptionsPage::CloseIfRight() {
+  if (basMain::IsGameDirectory(files_, session_.SAInstallDir)) cmdOK_Click();
+}
+
+void OptionsPage::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!isEnter || !txtSAInstallDir->hasFocus()) return SkinPage::keyPressEvent(event);
+  // A key that is still held from before, as on the button that led here, is none.
+  if (!event->isAutoRepeat()) cmdOK_Click();
 }
 
 void OptionsPage::cmdOK_Click() {

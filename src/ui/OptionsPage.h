@@ -40,6 +40,8 @@ class OptionsPage : public SkinPage {
   void SetMusic(int value) const;
   /// Opens the file as a pack if it is named as one and exists; otherwise nothing happens.
   void OpenIfPack(const std::string& path);
+  /// As `cmdOK` if the directory is the game's; otherwise nothing happens.
+  void CloseIfRight();
 
   void cmdOK_Click();
   void cmdSelectSAInstallDir_Click();
@@ -54,6 +56,9 @@ class OptionsPage : public SkinPage {
   SkinCheckBox* chkMusik;
   skinBtn* cmdOtherModPack;
   skinBtn* cmdOK;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void UseSystemDialogs();

@@ -39,13 +39,18 @@ void SlidingPanel::SetHeight(int height) const {
   picPanel->resize(kWidth, height);
 }
 
-void SlidingPanel::BringToFront(QWidget* page) const {
+void SlidingPanel::BringToFront(QWidget* page) {
   // The pages behind aren't seen, so the keyboard doesn't reach them either.
   for (QObject* const child : picPanel->children()) {
     auto* const other = qobject_cast<QWidget*>(child);
     if (other != nullptr) other->setVisible(other == page);
   }
   page->raise();
+  front_ = page;
+}
+
+bool SlidingPanel::Shows(const QWidget* page) const {
+  return front_ == page && !picPanel->isHidden() && !down_.isActive();
 }
 
 void SlidingPanel::Place(int W, int H) const {
@@ -53,7 +58,9 @@ void SlidingPanel::Place(int W, int H) const {
 }
 
 void SlidingPanel::EnableUp() {
-  if (upInterval_ != kNotNow && !up_.isActive()) up_.start(upInterval_);
+  if (upInterval_ == kNotNow || up_.isActive()) return;
+  former_ = picPanel->window()->focusWidget();
+  up_.start(upInterval_);
 }
 
 void SlidingPanel::DisableUp() {
@@ -64,15 +71,36 @@ void SlidingPanel::EnableDown() {
   if (down_.isActive() || picPanel->isHidden()) return;
   // Turned round on the way up, the way down is the whole one, its last part below the place
   // where the panel waits.
-  isTurned_ = upInterval_ != kNotNow;
-  if (isTurned_) downInterval_ = kFirstInterval;
+  if (upInterval_ != kNotNow) downInterval_ = kFirstInterval;
   up_.stop();
   upInterval_ = kNotNow;
   down_.start(downInterval_);
 }
 
+bool SlidingPanel::HasFocus() const {
+  return picPanel->isAncestorOf(picPanel->window()->focusWidget());
+}
+
+void SlidingPanel::TakeFocus() const {
+  if (HasFocus()) return;
+  QWidget* const target = front_ != nullptr ? front_.data() : picPanel;
+  target->setFocus(Qt::OtherFocusReason);
+}
+
+void SlidingPanel::GiveFocusBack() const {
+  if (!HasFocus()) return;
+  // To the form itself, rather than to the next control in the tab order, if nobody had it.
+  QWidget* const target = former_ != nullptr ? former_.data() : picPanel->parentWidget();
+  target->setFocus(Qt::PopupFocusReason);  // what shows of it is what showed before
+}
+
+void SlidingPanel::PlaceInForm() const {
+  const QWidget& form = *picPanel->parentWidget();
+  Place(form.width(), form.height());
+}
+
 // The steps go from where the panel is: a change of the window's size during a slide has put it to
-// its end, and the rest of the steps leads on from there, until the next change of size.
+// its end, and the rest of the steps leads on from there. Where the slide ends it is put in place.
 void SlidingPanel::tmrPanelUp_Timer() {
   Trapped("frmMain.tmrPanelUp_Timer", [&] {
     picPanel->show();
@@ -84,6 +112,8 @@ void SlidingPanel::tmrPanelUp_Timer() {
     downInterval_ = kFirstInterval;
     upInterval_ = kNotNow;
     up_.stop();
+    PlaceInForm();
+    TakeFocus();
     DisableForPanel_(false);
   });
 }
@@ -91,6 +121,7 @@ void SlidingPanel::tmrPanelUp_Timer() {
 void SlidingPanel::tmrPanelDown_Timer() {
   Trapped("frmMain.tmrPanelDown_Timer", [&] {
     DisableForPanel_(true);
+    GiveFocusBack();
     picPanel->move(picPanel->x(), picPanel->y() + kLastInterval - downInterval_);
     ++downInterval_;
     down_.setInterval(downInterval_);
@@ -99,6 +130,6 @@ void SlidingPanel::tmrPanelDown_Timer() {
     downInterval_ = kNotNow;
     down_.stop();
     picPanel->hide();
-    if (isTurned_) Place(picPanel->parentWidget()->width(), picPanel->parentWidget()->height());
+    PlaceInForm();
   });
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
+#include <QWidget>
 #include <functional>
-
-class QWidget;
 
 /// The panel that waits below the lower edge of the window and slides up over the button bar. It
 /// holds pages that cover it exactly, of which the one in front is seen.
@@ -24,11 +24,15 @@ class SlidingPanel : public QObject {
   QWidget* const picPanel;
 
   void SetHeight(int height) const;
-  void BringToFront(QWidget* page) const;
+  void BringToFront(QWidget* page);
   /// Puts the panel where it belongs in a form of that inner size, shown or away.
   void Place(int W, int H) const;
 
-  /// Starts to slide up, unless the panel is up or on its way down.
+  /// Whether the panel is there with that page in front, and not on its way down.
+  [[nodiscard]] bool Shows(const QWidget* page) const;
+
+  /// Starts to slide up, unless the panel is up or on its way down. When it has come up, the page
+  /// in front takes the focus, and gives it back when it goes.
   void EnableUp();
   /// Stops on the way up.
   void DisableUp();
@@ -48,10 +52,16 @@ class SlidingPanel : public QObject {
   [[nodiscard]] Timer tmrPanelDown() const { return {downInterval_, down_.isActive()}; }
 
  private:
+  [[nodiscard]] bool HasFocus() const;
+  void TakeFocus() const;
+  void GiveFocusBack() const;
+  void PlaceInForm() const;
+
   std::function<void(bool)> DisableForPanel_;
   QTimer up_;
   QTimer down_;
   int upInterval_;
   int downInterval_;
-  bool isTurned_ = false;  // the slide down began half-way up
+  QPointer<QWidget> front_;
+  QPointer<QWidget> former_;  // had the focus when the panel set out
 };

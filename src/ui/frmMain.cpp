@@ -8,6 +8,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QShortcut>
 #include <QWindow>
 
 #include "chat/window/frmHelp.h"
@@ -93,6 +94,7 @@ frmMain::frmMain(Surroundings surroundings, std::unique_ptr<frmLoading> loading)
   CreateButtonBar();
   CreatePanel();
   SetTabOrder();
+  CreateShortcuts();
   for (QTimer* const timer : {&pageTimer_, &dropTimer_}) {
     timer->setSingleShot(true);
     timer->setInterval(0);
@@ -251,6 +253,19 @@ void frmMain::SetTabOrder() {
   for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 
+void frmMain::CreateShortcuts() {
+  for (const auto& [key, button] :
+       {std::pair(Qt::Key_I, cmdInstall), std::pair(Qt::Key_O, cmdOptions),
+        std::pair(Qt::Key_H, cmdHelp), std::pair(Qt::Key_U, cmdAbout),
+        std::pair(Qt::Key_Udiaeresis, cmdAbout), std::pair(Qt::Key_E, cmdExit)}) {
+    auto* const shortcut = new QShortcut(Qt::ALT | key, this);
+    shortcut->setAutoRepeat(false);
+    connect(shortcut, &QShortcut::activated, button, [pressed = button] {
+      if (pressed->isEnabled()) pressed->Press();
+    });
+  }
+}
+
 void frmMain::DisableForPanel(bool Enable) const {
   lists->picTypeList->setEnabled(Enable);
   lists->picModList->setEnabled(Enable);
@@ -261,6 +276,9 @@ void frmMain::DisableForPanel(bool Enable) const {
   cmdOptions->SetEnabled(Enable);
   cmdAbout->SetEnabled(Enable);
   cmdExit->SetEnabled(Enable);
+  // These two stay usable, but the panel covers them: nobody would see where the focus is.
+  cmdHelp->setFocusPolicy(Enable ? Qt::StrongFocus : Qt::NoFocus);
+  cmdDockLink->setFocusPolicy(Enable ? Qt::StrongFocus : Qt::NoFocus);
 }
 
 bool frmMain::IsMusicTicked() const {
@@ -387,6 +405,48 @@ void frmMain::Form_MouseDown(Qt::MouseButton Button, const QPoint& place, const 
   Trapped("frmMain.Form_MouseDown", [&] {
     if (place.y() <= Layout::kTitleStripHeight) frame_->StartMove(Button, onScreen);
   });
+}
+
+void frmMain::mouseDoubleClickEvent(QMouseEvent* event) {
+  Trapped("frmMain.Form_DblClick", [&] {
+    const bool isOnStrip = event->position().y() <= Layout::kTitleStripHeight;
+    if (!isOnStrip || event->button() != Qt::LeftButton) return;
+    isMaximized() ? showNormal() : showMaximized();
+  });
+}
+
+/// Whether the key is one that presses the main button that has the focus. Enter does at once,
+/// Space when it is let go: a key that is held would go on in the panel.
+bool frmMain::PressByKey(const QKeyEvent& key) {
+  auto* const button = qobject_cast<ngBtn*>(focusWidget());
+  const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+  if (button == nullptr || (!isEnter && key.key() != Qt::Key_Space)) return false;
+  if (key.isAutoRepeat()) return true;
+  if (isEnter) {
+    button->Press();
+  } else {
+    heldBySpace_ = button;
+  }
+  return true;
+}
+
+// What the focused control has left alone.
+void frmMain::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+  Trapped("frmMain.Form_KeyDown", [&] {
+    event->setAccepted(PressByKey(*event));
+    if (event->key() == Qt::Key_Escape && panel->Shows(picSAInstallDir)) {
+      event->accept();
+      picSAInstallDir->CloseIfRight();
+    }
+  });
+}
+
+void frmMain::keyReleaseEvent(QKeyEvent* event) {
+  event->ignore();
+  if (event->key() != Qt::Key_Space || event->isAutoRepeat()) return;
+  const QPointer<ngBtn> held = std::exchange(heldBySpace_, nullptr);
+  if (held != nullptr && held == focusWidget()) held->Press();
 }
 
 bool frmMain::event(QEvent* event) {

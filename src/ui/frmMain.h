@@ -131,6 +131,9 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -143,6 +146,7 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void CreateButtonBar();
   void CreatePanel();
   void SetTabOrder();
+  void CreateShortcuts();
   ngBtn* CreateMainButton(const char* name, const char* picture, const QString& caption, int left,
                           void (frmMain::*onClick)());
 
@@ -192,6 +196,7 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   QPixmap title_;           // strip and logo, as last painted
   std::string pageToCome_;  // of the pack opened at the start, DOS path text
   std::string droppedPack_;
+  QPointer<ngBtn> heldBySpace_;  // clicks when the key is let go
   QTimer pageTimer_;
   QTimer dropTimer_;
   QElapsedTimer sinceEvents_;

@@ -208,6 +208,8 @@ TEST_F(DetailViewTest, SwitchesTheViewByMouseKeyboardAndScreenReader) {
       EXPECT_EQ(view->txtDescription->isVisible(), toText);
       EXPECT_TRUE(shown->LookDown() && !shown->AutoDrawButton());
       EXPECT_TRUE(!other->LookDown() && other->AutoDrawButton());
+      const bool byKeyboard = shown->hasFocus() && way >= 2;
+      EXPECT_EQ(shown->FontMouseDown().underline(), byKeyboard);
     }
   }
   EXPECT_EQ(view->txtDescription->toPlainText(), "Text");

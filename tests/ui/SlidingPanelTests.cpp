@@ -82,14 +82,24 @@ TEST_F(Panel, EndsAtItsPlaceAfterATurn) {
   }
 }
 
-TEST_F(Panel, RunsOnFromTheEndWhereANewSizePutIt) {
+TEST_F(Panel, EndsAtItsPlaceAfterANewSize) {
+  const auto resize = [&](int H) {
+    form.resize(800, H);
+    panel.Place(800, H);
+  };
   panel.EnableUp();
   Up(4);  // 14 + 13 + 12 + 11 = 50 of 105
-  form.resize(800, 700);
-  panel.Place(800, 700);
+  resize(700);
+  EXPECT_EQ(panel.picPanel->pos(), QPoint(235, 611)) << "at its end at once";
+  Up(kTicks - 5);
+  EXPECT_EQ(panel.picPanel->pos(), QPoint(235, 611 - 54)) << "and on from there";
+  Up(1);
   EXPECT_EQ(panel.picPanel->pos(), QPoint(235, 611));
-  Up(kTicks - 4);
-  EXPECT_EQ(panel.picPanel->pos(), QPoint(235, 611 - 55));
+  panel.EnableDown();
+  Down(4);
+  resize(600);
+  Down(kTicks - 4);
+  EXPECT_EQ(panel.picPanel->pos(), QPoint(235, 616));
 }
 
 TEST_F(Panel, ShowsTheFrontPageAlone) {

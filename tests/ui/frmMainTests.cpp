@@ -16,6 +16,7 @@
 #include "ui/ProgressPage.h"
 #include "ui/TitleLabel.h"
 #include "ui/WindowFixture.h"
+#include "ui/frmAbout.h"
 #include "ui/frmLoading.h"
 #include "ui/frmMain.h"
 

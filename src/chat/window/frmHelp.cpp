@@ -115,6 +115,7 @@ skinBtn* Button(QWidget* parent, const Box& box, const QString& name, const QStr
   button->SetCaption(caption);
   SkinLooks::SetFont(*button, Fonts::Tahoma());
   SkinLooks::ApplyWindowLook(*button);
+  button->SetDrawFocusRect(true);
   return button;
 }
 
