@@ -25,10 +25,6 @@ class LinePattern {
   /// Whether the pattern matches `text`. Takes time by the length of the text, and for each 64
   /// elements between two `*`.
   bool Matches(std::string_view text, EventPacer& pacer) const;
-  bool Matches(std::string_view text) const {
-    EventPacer none;
-    return Matches(text, none);
-  }
 
  private:
   /// What stands between two `*`: elements that each take exactly one character.

@@ -207,11 +207,12 @@ TEST(frmHelp, KeepsTheTextThatItCouldntSend) {
   EXPECT_EQ(box->toPlainText(), "x") << "it isn't said before the connection stands";
 
   std::string logged;
-  basDebugLog::SetRecorder([&](const std::string& line) { logged = line; });
+  basDebugLog::SetRecorder(
+      [&](const basDebugLog::TrappedFailure& failure) { logged = failure.cause; });
   const frmHelp refused({"127.0.0.1", std::to_string(FreePort())});
   EXPECT_TRUE(Until([&] { return !logged.empty(); }));
   basDebugLog::SetRecorder({});
-  EXPECT_EQ(logged, "frmHelp.IRC_OnError: error 10061: Connection refused.");
+  EXPECT_EQ(logged, "error 10061: Connection refused.");
 }
 
 TEST(frmHelp, IsOneWindowThatOutlivesItsOwner) {
