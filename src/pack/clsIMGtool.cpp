@@ -304,7 +304,7 @@ bool clsIMGtool::Export(std::string_view strName, const std::string& strDestinat
     CheckData(imgFile_, entry - entries_.data() + 1, entry->Offset, entry->Size, archive.Size());
     data = ReadSectors(archive, entry->Offset, entry->Size);
   }
-  File destination = files_.OpenBinary(strDestination);
+  File destination = files_.OpenForOutput(strDestination);
   destination.WriteAt(0, data);
   destination.Close();
   return true;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,6 +22,14 @@ using Native::NativeText;
 using Native::Permissions;
 using Native::Place;
 using Native::SystemError;
+
+/// What a `FileSystem` keeps in mind from one operation to the next.
+struct Memory {
+  /// Folders that have been rid of dead helpers.
+  std::set<NativeText> tidied;
+  /// The folder in which nothing of others' is written to; empty if there is none.
+  NativeText ownFilesOnly;
+};
 
 enum class Access {
   kRead,
@@ -57,6 +67,18 @@ SystemError RemoveEmptyFolder(const NativeText& native);
 SystemError RemoveFile(const NativeText& native);
 /// The same for a file that we have made, as far as it can be done.
 void RemoveQuietly(const NativeText& native) noexcept;
+/// Whether writing to what stands at a place changes something elsewhere, or of another user's: a
+/// link, one of several names of a file, another owner's file.
+bool IsOthersToo(const Place& place);
+
+/// The number of this process, and whether one of this number runs.
+std::int64_t OwnProcess();
+bool IsRunning(std::int64_t process);
+/// The name of the `number`-th helper file of this process in a folder.
+std::string HelperName(int number);
+/// Rids a folder of helpers that processes have left which don't run any more: what an operation
+/// that was cut off has written. Called ahead of the first helper of our own there.
+void RemoveDeadHelpersIn(const NativeText& folder);
 /// Gives the entry at `source` the name as which `target`, of the path `to`, is written: either
 /// nothing has that name, or the entry itself.
 SystemError RenameEntry(const Place& source, const Place& target, std::string_view to);
@@ -86,14 +108,14 @@ class Successor {
  public:
   /// `place` is where the file goes; `permissions` count if nothing is there.
   Successor(const char* operation, std::string_view path, const Place& place,
-            Permissions permissions, std::shared_ptr<FaultPlan> faults)
+            Permissions permissions, std::shared_ptr<FaultPlan> faults, Memory& memory)
       : operation_(operation),
         path_(path),
         place_(place),
         permissions_(permissions),
         target_(RealPathOf(operation, path, place)),
         faults_(std::move(faults)),
-        content_(Make()),
+        content_(MakeInTidyFolder(memory)),
         unfinished_(native_) {}
 
   [[nodiscard]] File& Content() { return content_; }
@@ -108,6 +130,7 @@ class Successor {
  private:
   // Makes the file, under a name that no one else uses, hidden so that no script sees it.
   File Make();
+  File MakeInTidyFolder(Memory& memory);
 
   const char* operation_;
   std::string path_;

@@ -32,6 +32,8 @@
 /// begins a path too, and the system looks names up; its own `\\?\` and `\\.\` forms name nothing.
 /// Hidden, system file and write-protected are attributes. All else is as above.
 ///
+/// The one name that is never found nor made is that of a `FolderLock`'s file.
+///
 /// Every failure is a `Failure` that names operation, path and system error.
 class FileSystem;
 
@@ -114,6 +116,10 @@ class File {
   std::shared_ptr<FaultPlan> faults_;
 };
 
+namespace Disk {
+struct Memory;
+}
+
 /// What a `FileSystem` needs to know of the machine.
 struct FileSystemOptions {
   /// The Wine prefix whose drives are seen; nothing means no drive but `Z:`. Not used on Windows.
@@ -149,6 +155,8 @@ class FileSystem {
   /// Opens a file for reading and writing, and creates it with length 0 if it doesn't exist. An
   /// existing one that can't be written is opened for reading alone; writing to it then fails.
   [[nodiscard]] File OpenBinary(std::string_view path) const;
+  /// The same for a file that gets new content: see `WriteOnlyOwnFilesIn`.
+  [[nodiscard]] File OpenForOutput(std::string_view path) const;
   /// Opens a file for writing; it is created or emptied.
   [[nodiscard]] File Create(std::string_view path) const;
 
@@ -180,10 +188,19 @@ class FileSystem {
   /// Removes one empty folder.
   void RemoveFolder(std::string_view path) const;
 
+  /// From now on files in `folder` get new content only where that changes nothing elsewhere: a
+  /// link that lies there, one of several names of a file and a file of another user's give way to
+  /// a new file.
+  void WriteOnlyOwnFilesIn(std::string_view folder) const;
+  /// Removes from `folder`, and all folders below it, the half-written files of this layer's own
+  /// that programs have left which were ended while they wrote. Never fails.
+  void RemoveDeadHelpersBelow(std::string_view folder) const;
+
   /// For tests: where operations are counted and made to fail.
   [[nodiscard]] FaultPlan& Faults() const { return *faults_; }
 
  private:
   FileSystemOptions options_;
   std::shared_ptr<FaultPlan> faults_;
+  std::shared_ptr<Disk::Memory> memory_;
 };

@@ -2,12 +2,14 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <filesystem>
 #include <iterator>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -15,6 +17,7 @@
 #include "platform/DosPath.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/Text.h"
 
 void FaultPlan::FailAt(int n, bool once) {
   count_ = 0;
@@ -81,14 +84,37 @@ void RequireNoProtection(const char* operation, std::string_view path, const Pla
   if (place.IsWriteProtected()) FailWith(operation, path, Native::kAccessDenied);
 }
 
-// The place of a file that may be made or replaced; fails if there is none.
-Place FindReplaceable(const FileSystemOptions& options, const char* operation,
-                      std::string_view path) {
-  RequireChanges(options, operation, path);
+// The place of a file that gets new content.
+Place FindOutput(const FileSystemOptions& options, const Disk::Memory& memory,
+                 const char* operation, std::string_view path) {
   Place place = FindPlace(options, path);
+  const bool isGuarded = !memory.ownFilesOnly.empty() && !place.native.empty() &&
+                         Native::FolderOf(place.native) == memory.ownFilesOnly;
+  if (options.readOnly || !isGuarded || place.asWritten.empty() || !Disk::IsOthersToo(place))
+    return place;
+  RequireSuccess(Disk::RemoveFile(place.native), operation, path);
+  return FindPlace(options, path);
+}
+
+// The place of a file that may be made or replaced; fails if there is none.
+Place FindReplaceable(const FileSystemOptions& options, const Disk::Memory& memory,
+                      const char* operation, std::string_view path) {
+  RequireChanges(options, operation, path);
+  Place place = FindOutput(options, memory, operation, path);
   RequireFileOrFree(operation, path, place);
   RequireNoProtection(operation, path, place);
   return place;
+}
+
+File OpenOrCreate(const FileSystemOptions& options, std::string_view path, const Place& place,
+                  const std::shared_ptr<FaultPlan>& faults) {
+  RequireFileOrFree("open", path, place);
+  if (place.kind == Kind::kFree) {
+    RequireChanges(options, "create", path);
+    return Disk::Open("create", path, place, Access::kReadAndWrite, faults);
+  }
+  const bool onlyRead = options.readOnly || place.IsWriteProtected();
+  return Disk::Open("open", path, place, onlyRead ? Access::kRead : Access::kAsAllowed, faults);
 }
 
 std::vector<std::string> FindInFolder(const Place& folder, std::string_view pattern, int mask) {
@@ -124,10 +150,65 @@ void DeleteMatches(const FileSystemOptions& options, Native::DosPathParts parts,
   if (!any) FailWith(kDelete, path, Native::kFileNotFound);
 }
 
+// A helper file's name is ".kelvo-PROCESS-NUMBER.tmp". The number is for one process that makes
+// several in one folder.
+constexpr std::string_view kHelperPrefix = ".kelvo-";
+constexpr std::string_view kHelperSuffix = ".tmp";
+
+// The process that has given this name; nothing if it is no helper's.
+std::optional<std::int64_t> MakerOf(std::string_view name) {
+  if (!name.starts_with(kHelperPrefix) || !name.ends_with(kHelperSuffix)) return std::nullopt;
+  name.remove_prefix(kHelperPrefix.size());
+  name = name.substr(0, name.size() - std::min(name.size(), kHelperSuffix.size()));
+  const std::size_t hyphen = name.find('-');
+  if (hyphen == std::string_view::npos || !Text::WholeNumber(name.substr(hyphen + 1)))
+    return std::nullopt;
+  return Text::WholeNumber(name.substr(0, hyphen));
+}
+
+bool IsDeadHelper(const std::filesystem::directory_entry& entry) {
+  std::error_code ignored;
+  // A link isn't one of ours.
+  if (!std::filesystem::is_regular_file(entry.symlink_status(ignored))) return false;
+  const std::u8string name = entry.path().filename().u8string();
+  const std::optional<std::int64_t> maker = MakerOf(std::string(name.begin(), name.end()));
+  // What bears our own number is from an earlier process that had the same.
+  return maker && (*maker == Disk::OwnProcess() || !Disk::IsRunning(*maker));
+}
+
+// The folders on the way down; those that can't be read are left out.
+template <typename Iterator>
+void RemoveDeadHelpers(const Native::NativeText& folder) {
+  std::error_code error;
+  Iterator entry(folder, std::filesystem::directory_options::skip_permission_denied, error);
+  for (; !error && entry != Iterator(); entry.increment(error))
+    if (IsDeadHelper(*entry)) Disk::RemoveQuietly(entry->path().native());
+}
+
 }  // namespace
 
+namespace Disk {
+
+std::string HelperName(int number) {
+  return Concat(kHelperPrefix, OwnProcess(), '-', number, kHelperSuffix);
+}
+
+void RemoveDeadHelpersIn(const NativeText& folder) {
+  RemoveDeadHelpers<std::filesystem::directory_iterator>(folder);
+}
+
+File Successor::MakeInTidyFolder(Memory& memory) {
+  const NativeText folder = Native::FolderOf(target_);
+  if (memory.tidied.insert(folder).second) RemoveDeadHelpersIn(folder);
+  return Make();
+}
+
+}  // namespace Disk
+
 FileSystem::FileSystem(FileSystemOptions options)
-    : options_(std::move(options)), faults_(std::make_shared<FaultPlan>()) {}
+    : options_(std::move(options)),
+      faults_(std::make_shared<FaultPlan>()),
+      memory_(std::make_shared<Disk::Memory>()) {}
 
 std::string FileSystem::FindFirst(std::string_view path, int mask) const {
   std::vector<std::string> names = FindAll(path, mask);
@@ -166,19 +247,16 @@ File FileSystem::OpenForReading(std::string_view path) const {
 }
 
 File FileSystem::OpenBinary(std::string_view path) const {
-  const Place place = FindPlace(options_, path);
-  RequireFileOrFree("open", path, place);
-  if (place.kind == Kind::kFree) {
-    RequireChanges(options_, "create", path);
-    return Disk::Open("create", path, place, Access::kReadAndWrite, faults_);
-  }
-  const bool onlyRead = options_.readOnly || place.IsWriteProtected();
-  return Disk::Open("open", path, place, onlyRead ? Access::kRead : Access::kAsAllowed, faults_);
+  return OpenOrCreate(options_, path, FindPlace(options_, path), faults_);
+}
+
+File FileSystem::OpenForOutput(std::string_view path) const {
+  return OpenOrCreate(options_, path, FindOutput(options_, *memory_, "open", path), faults_);
 }
 
 File FileSystem::Create(std::string_view path) const {
   constexpr const char* kOperation = "create";
-  const Place place = FindReplaceable(options_, kOperation, path);
+  const Place place = FindReplaceable(options_, *memory_, kOperation, path);
   return Disk::Open(kOperation, path, place, Access::kReadAndWriteEmptied, faults_);
 }
 
@@ -196,7 +274,7 @@ void FileSystem::WriteWhole(std::string_view path, std::string_view text) const 
 
 void FileSystem::WriteWhole(std::string_view path,
                             const std::vector<std::string_view>& parts) const {
-  const Place place = FindReplaceable(options_, "write", path);
+  const Place place = FindReplaceable(options_, *memory_, "write", path);
   const bool isNew = place.kind == Kind::kFree;
   // A new file that can't be filled isn't left behind; it can go only when it has been closed.
   std::optional<Disk::HelperFile> unfinished;
@@ -215,8 +293,8 @@ void FileSystem::WriteWhole(std::string_view path,
 
 void FileSystem::ReplaceWhole(std::string_view path, std::string_view text) const {
   constexpr const char* kOperation = "replace";
-  const Place place = FindReplaceable(options_, kOperation, path);
-  Disk::Successor successor(kOperation, path, place, Native::kNewFile, faults_);
+  const Place place = FindReplaceable(options_, *memory_, kOperation, path);
+  Disk::Successor successor(kOperation, path, place, Native::kNewFile, faults_, *memory_);
   successor.Content().WriteAt(0, text);
   successor.Content().Sync();
   successor.Content().Close();
@@ -229,12 +307,13 @@ void FileSystem::Copy(std::string_view from, std::string_view to) const {
   RequireChanges(options_, kOperation, to);
   const Place source = FindPlace(options_, from);
   RequireFile("copy", from, source);
-  const Place target = FindReplaceable(options_, kOperation, to);
+  const Place target = FindReplaceable(options_, *memory_, kOperation, to);
   if (target.Exists() && Disk::IsSameFile(source, target))
     Fail("copy \"", from, "\": it can't be copied onto itself");
 
   File content = Disk::Open("open", from, source, Access::kRead, faults_);
-  Disk::Successor successor(kOperation, to, target, Disk::PermissionsForCopyOf(source), faults_);
+  Disk::Successor successor(kOperation, to, target, Disk::PermissionsForCopyOf(source), faults_,
+                            *memory_);
   successor.Content().CopyFrom(content, 0, content.Size(), 0);
   successor.Content().Close();
   successor.TakeTimeOf(from, source);
@@ -311,4 +390,16 @@ void FileSystem::RemoveFolder(std::string_view path) const {
   if (place.kind != Kind::kFolder) FailWith(kOperation, path, Native::kIsNoFolder);
   faults_->Step(kOperation, path);
   RequireSuccess(Disk::RemoveEmptyFolder(place.native), kOperation, path);
+}
+
+void FileSystem::WriteOnlyOwnFilesIn(std::string_view folder) const {
+  // As it comes out when a file in it is looked up.
+  memory_->ownFilesOnly = Native::FolderOf(FindPlace(options_, DosPath::Join(folder, "x")).native);
+}
+
+void FileSystem::RemoveDeadHelpersBelow(std::string_view folder) const {
+  if (options_.readOnly) return;
+  const Place place = FindPlace(options_, folder);
+  if (place.kind == Kind::kFolder)
+    RemoveDeadHelpers<std::filesystem::recursive_directory_iterator>(place.native);
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/DosPath.h"
+#include "platform/FolderLock.h"
 #include "platform/Text.h"
 
 namespace Lookup {
@@ -48,6 +49,10 @@ std::string_view NextName(std::string_view& rest) {
 
 std::string_view WithoutTrailingDots(std::string_view name) {
   return name.substr(0, name.find_last_not_of(". ") + 1);
+}
+
+bool IsLockFile(std::string_view name) {
+  return Text::EqualsIgnoringCase(WithoutTrailingDots(name), FolderLock::kFileName);
 }
 
 bool ComesBefore(const std::string& left, const std::string& right) {

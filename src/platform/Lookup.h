@@ -62,6 +62,9 @@ std::string_view NextName(std::string_view& rest);
 /// A component without the dots and blanks at its end; nothing is left of those alone.
 std::string_view WithoutTrailingDots(std::string_view name);
 
+/// Whether a component is the name of a `FolderLock`'s file, which no path leads to.
+bool IsLockFile(std::string_view name);
+
 /// The order of names.
 bool ComesBefore(const std::string& left, const std::string& right);
 

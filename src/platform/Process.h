@@ -25,5 +25,7 @@ int StopRequested();
 /// by its owner alone from the start.
 std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent,
                                         const std::string& prefix);
+/// Whether something is such a folder of ours: no link to one, and nobody else's.
+bool IsPrivateFolder(const std::filesystem::path& folder);
 
 }  // namespace Process

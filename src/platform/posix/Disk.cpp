@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +16,7 @@
 #include <unistd.h>
 
 #include "platform/Failure.h"
+#include "platform/FolderLock.h"
 #include "platform/Text.h"
 #include "platform/posix/Place.h"
 #include "platform/posix/System.h"
@@ -94,6 +97,17 @@ void SyncFolderQuietly(const std::string& folder) {
   close(number);
 }
 
+bool HoldsOnlyLockFile(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  bool found = false;
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (entry->path().filename() != FolderLock::kFileName) return false;
+    found = true;
+  }
+  return found && !error;
+}
+
 int RenameOnto(const std::string& from, const std::string& to) {
   return ErrorOf(rename(from.c_str(), to.c_str()));
 }
@@ -170,6 +184,10 @@ SystemError MakeFolder(const NativeText& native) {
 }
 
 SystemError RemoveEmptyFolder(const NativeText& native) {
+  const int error = ErrorOf(rmdir(native.c_str()));
+  // The lock, which is on the folder itself, doesn't count.
+  if ((error != ENOTEMPTY && error != EEXIST) || !HoldsOnlyLockFile(native)) return error;
+  RemoveQuietly(Posix::Below(native, std::string(FolderLock::kFileName)));
   return ErrorOf(rmdir(native.c_str()));
 }
 
@@ -179,6 +197,22 @@ SystemError RemoveFile(const NativeText& native) {
 
 void RemoveQuietly(const NativeText& native) noexcept {
   unlink(native.c_str());
+}
+
+bool IsOthersToo(const Place& place) {
+  struct stat status = {};
+  if (lstat(place.native.c_str(), &status) != 0) return false;
+  return S_ISLNK(status.st_mode) ||
+         (S_ISREG(status.st_mode) && (status.st_nlink > 1 || status.st_uid != geteuid()));
+}
+
+std::int64_t OwnProcess() {
+  return getpid();
+}
+
+bool IsRunning(std::int64_t process) {
+  // 0 and what is below it mean more than one.
+  return process > 0 && (kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH);
 }
 
 SystemError RenameEntry(const Place& source, const Place& target, std::string_view /*to*/) {
@@ -224,7 +258,7 @@ File Successor::Make() {
   const mode_t mode = place_.Exists() ? kPrivate : permissions_;
   faults_->Step("create", path_);
   for (int i = 0; i < kMostTries; ++i) {
-    native_ = Posix::Below(Posix::FolderOf(target_), Concat(".kelvo-", getpid(), "-", i, ".tmp"));
+    native_ = Posix::Below(Posix::FolderOf(target_), HelperName(i));
     Posix::Descriptor file = Posix::OpenOrdinary(native_, O_RDWR | O_CREAT | O_EXCL, mode);
     if (file.IsOpen()) return {file.Release(), path_, faults_};
     if (errno != EEXIST) break;

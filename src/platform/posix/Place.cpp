@@ -22,7 +22,8 @@ using Kind = Place::Kind;
 
 // A name on disk as engine text; nothing if DOS path text can't say it.
 std::optional<std::string> NameOnDisk(std::string_view native) {
-  if (native.find_first_of("\\:*?") != std::string_view::npos) return std::nullopt;
+  if (native.find_first_of("\\:*?") != std::string_view::npos || Lookup::IsLockFile(native))
+    return std::nullopt;
   return Text::FromUtf8(native);
 }
 
@@ -188,10 +189,11 @@ Place FindPlace(const FileSystemOptions& options, std::string_view path) {
 }
 
 Place FindPlace(const FileSystemOptions& options, const DosPathParts& parts) {
-  const bool sayable = parts.valid && std::none_of(parts.names.begin(), parts.names.end(),
-                                                   [](const std::string& name) {
-                                                     return DosPath::HasWildcards(name);
-                                                   });
+  const bool sayable =
+      parts.valid &&
+      std::none_of(parts.names.begin(), parts.names.end(), [](const std::string& name) {
+        return DosPath::HasWildcards(name) || Lookup::IsLockFile(name);
+      });
   if (!sayable) return Nowhere({}, EINVAL);
   const std::optional<std::string> start = StartOf(options, parts);
   if (!start) return Nowhere({}, errno);

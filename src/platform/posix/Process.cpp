@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/Text.h"
@@ -57,6 +58,13 @@ std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent,
     Posix::FailWith("make a folder in", Text::FromUtf8Lossy(parent.string()), errno);
   }
   return name;
+}
+
+bool IsPrivateFolder(const std::filesystem::path& folder) {
+  constexpr mode_t kOthers = 077;
+  struct stat status = {};
+  return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == geteuid() && (status.st_mode & kOthers) == 0;
 }
 
 }  // namespace Process

@@ -176,6 +176,26 @@ void RemoveQuietly(const NativeText& native) noexcept {
   DeleteFileW(native.c_str());
 }
 
+bool IsOthersToo(const Place& place) {
+  if (!place.Exists() && place.kind != Kind::kNowhere) return false;
+  const DWORD attributes = GetFileAttributesW(place.native.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return true;
+  const auto identity = Windows::IdentityOf(place.native);
+  return place.kind == Kind::kFile && identity && identity->links > 1;
+}
+
+std::int64_t OwnProcess() {
+  return GetCurrentProcessId();
+}
+
+bool IsRunning(std::int64_t process) {
+  HANDLE opened = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+  // Of another user's process one hears that it is there.
+  if (opened == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
+  return WaitForSingleObject(Windows::Handle(opened).Get(), 0) == WAIT_TIMEOUT;
+}
+
 SystemError RenameEntry(const Place& source, const Place& target, std::string_view to) {
   const std::wstring renamed =
       Windows::Below(Windows::FolderOf(target.native), Windows::ToWide(target.asWritten));
@@ -222,8 +242,7 @@ File Successor::Make() {
   constexpr int kMostTries = 1000;
   faults_->Step("create", path_);
   for (int i = 0; i < kMostTries; ++i) {
-    const std::string name = Concat(".kelvo-", GetCurrentProcessId(), "-", i, ".tmp");
-    native_ = Windows::Below(Windows::FolderOf(target_), Windows::ToWide(name));
+    native_ = Windows::Below(Windows::FolderOf(target_), Windows::ToWide(HelperName(i)));
     Windows::Handle file =
         Windows::OpenOrdinary(native_, kReadAndWrite, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN);
     if (file.IsOpen()) return FileOf(std::move(file), path_, faults_);

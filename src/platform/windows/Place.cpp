@@ -49,7 +49,7 @@ std::optional<std::string> TakeStart(std::string_view& rest) {
 // Whether a component can be asked for: neither wildcards, the system's own ones included, nor
 // what no name has.
 bool CanBeAskedFor(std::string_view name) {
-  return !WithoutTrailingDots(name).empty() &&
+  return !WithoutTrailingDots(name).empty() && !Lookup::IsLockFile(name) &&
          std::none_of(name.begin(), name.end(), [](char letter) {
            constexpr std::string_view kRefused = "*?\"<>|:";
            return static_cast<unsigned char>(letter) < 0x20 ||
@@ -143,6 +143,11 @@ void Look(Place& place) {
     place.name = *name;
     place.native = Below(FolderOf(place.native), &found.cFileName[0]);
   }
+  // By its short name.
+  if (name && Lookup::IsLockFile(*name)) {
+    place = Nowhere(place.native, ERROR_ACCESS_DENIED);
+    return;
+  }
   SetKind(place, found.dwFileAttributes);
 }
 
@@ -202,7 +207,8 @@ std::vector<FolderEntry> MatchingEntries(const std::wstring& folder, std::string
   do {
     const std::wstring native(&found.cFileName[0]);
     std::optional<std::string> name = FromWide(native);
-    if (!name || *name == "." || *name == ".." || !DosPath::MatchesWildcards(*name, pattern))
+    if (!name || *name == "." || *name == ".." || Lookup::IsLockFile(*name) ||
+        !DosPath::MatchesWildcards(*name, pattern))
       continue;
     const std::optional<DWORD> attributes =
         BehindLinks(Below(folder, native), found.dwFileAttributes);

@@ -125,4 +125,12 @@ std::filesystem::path MakePrivateFolder(const std::filesystem::path& parent,
   Windows::FailWith("make a folder in", Windows::FromWideLossy(parent.native()), error);
 }
 
+bool IsPrivateFolder(const std::filesystem::path& folder) {
+  const DWORD attributes = GetFileAttributesW(folder.c_str());
+  constexpr DWORD kLooked = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+  // The user's own place for temporary files is nobody else's.
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         (attributes & kLooked) == FILE_ATTRIBUTE_DIRECTORY;
+}
+
 }  // namespace Process
