@@ -10,9 +10,11 @@
 #include "core/basMain.h"
 #include "install/InstallRun.h"
 #include "install/InstallSession.h"
+#include "install/RunLock.h"
 #include "install/basScript.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/FolderLock.h"
 #include "platform/Process.h"
 #include "platform/Shell.h"
 #include "platform/Terminal.h"
@@ -33,22 +35,44 @@ struct InstallArguments {
   bool anyDirectory = false;
 };
 
+constexpr std::string_view kProgram = "kvpk";
+
+std::string Named(const FolderLock::Holder& holder) {
+  return holder.program.empty() ? "another program"
+                                : Concat(holder.program, ", process ", holder.process);
+}
+
+/// Fails if another program is changing the game directory.
+RunLock LockGame(const FileSystem& files, const std::string& dosPath, const std::string& named) {
+  RunLock lock(files, dosPath, kProgram);
+  if (const auto other = lock.Other())
+    Fail("\"", Text::FromUtf8Lossy(named), "\" is being changed by ", Named(*other));
+  return lock;
+}
+
 /// The folder for the run's temp files: the one that the user names, which is made if need be and
 /// stays, or else one of the run's own.
 class RunFolder {
  public:
-  RunFolder(const FileSystem& files, const std::string& named) {
+  RunFolder(const FileSystem& files, const std::string& named, const std::string& game) {
     if (named.empty()) {
       dosPath_ = own_.emplace(files).DosPath();
       return;
     }
     dosPath_ = files.ToDosText(NativePath(named));
     if (!std::filesystem::is_directory(NativePath(named))) files.CreateFolder(dosPath_);
+    // The game directory itself is locked already, and may be made of links.
+    if (IsSameFile(named, game)) return;
+    lock_ = FolderLock::Take(NativePath(named), kProgram);
+    if (lock_.GetState() == FolderLock::State::kTaken)
+      Fail("--temp \"", Text::FromUtf8Lossy(named), "\" is in use by ", Named(lock_.GetHolder()));
+    files.WriteOnlyOwnFilesIn(dosPath_);
   }
   [[nodiscard]] const std::string& DosPath() const { return dosPath_; }
 
  private:
   std::optional<OwnTempFolder> own_;
+  FolderLock lock_;
   std::string dosPath_;
 };
 
@@ -62,7 +86,8 @@ int RunScript(const InstallArguments& arguments) {
   const FileSystem files(FileSystemOptions::FromEnvironment());
   const std::string script = files.ReadWhole(ExistingFile(files, arguments.script));
   const std::string game = ExistingFolder(files, arguments.game);
-  const RunFolder temp(files, arguments.temp);
+  const RunLock lock = LockGame(files, game, arguments.game);
+  const RunFolder temp(files, arguments.temp, arguments.game);
   ScriptConsole host;
   DesktopOpener shell(files);
   InstallSession session(files, host, shell, temp.DosPath());
@@ -108,7 +133,8 @@ int Install(const InstallArguments& arguments) {
          "\" isn't a game directory: it has no gta_sa.exe ",
          "(--any-directory installs all the same)");
   }
-  const RunFolder temp(files, arguments.temp);
+  const RunLock lock = LockGame(files, game, arguments.game);
+  const RunFolder temp(files, arguments.temp, arguments.game);
   InstallConsole host(Terminal::IsStandardOutput());
   DesktopOpener shell(files);
   InstallSession session(files, host, shell, temp.DosPath());

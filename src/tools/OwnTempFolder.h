@@ -3,10 +3,13 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/FolderLock.h"
+
 class FileSystem;
 
 /// A folder of the tool's own in the system's place for temporary files, readable by its owner
-/// alone: made for one run and removed with all its content at the end, whatever happened.
+/// alone: made for one run and removed with all its content at the end, whatever happened. What
+/// runs that were killed have left there goes with the next one's start.
 ///
 /// Made and removed by native paths, which not everybody's place for temporary files spares us.
 class OwnTempFolder {
@@ -23,5 +26,6 @@ class OwnTempFolder {
 
  private:
   std::filesystem::path native_;
+  FolderLock lock_;
   std::string dosPath_;
 };

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "pack/ArchiveWriter.h"
+#include "platform/FolderLock.h"
 #include "tools/Kvpk.h"
 
 using testing::HasSubstr;
@@ -67,6 +68,22 @@ TEST_F(Install, RunsTheModsThatAreAskedFor) {
         << mods;
   }
   EXPECT_EQ(GameText(), "first\r\nlast\r\nende\r\neins\r\n");
+}
+
+TEST_F(Install, OneProgramAtATimeHasTheGameOrATempFolder) {
+  folder_.MakeFolder("keep");
+  const std::vector<std::string> words = {"install", "a.kvpk", "--game", "game",
+                                          "--mods",  "1",      "--temp", "keep"};
+  for (const std::string folder : {"game", "keep"}) {
+    const FolderLock lock = FolderLock::Take(folder_.At(folder), "KELVO");
+    const KvpkRun run = Kvpk(folder_, words);
+    EXPECT_EQ(run.exitStatus, 1) << folder;
+    EXPECT_THAT(run.errors, testing::MatchesRegex("kvpk: .*\"" + folder +
+                                                  "\" is .* by KELVO, process [0-9]+\n"));
+  }
+  EXPECT_EQ(GameText(), "first\r\nlast\r\n");
+  EXPECT_EQ(Kvpk(folder_, words).exitStatus, 0);
+  EXPECT_EQ(folder_.List("keep"), std::vector<std::string>{});
 }
 
 TEST_F(Install, AsksForAGameDirectory) {
