@@ -1,9 +1,65 @@
 #include "core/basMain.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "core/basDebugLog.h"
 #include "platform/DosPath.h"
+#include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
+
+namespace {
+
+constexpr std::string_view kProgram = "KELVO";
+
+bool IsThere(const FileSystem& files, const std::string& folder) {
+  return !files.FindFirst(folder, kFindFolders | kFindHidden).empty();
+}
+
+void MakeUnlessThere(const FileSystem& files, const std::string& folder) {
+  if (IsThere(files, folder)) return;
+  try {
+    files.CreateFolder(folder);
+  } catch (const Failure&) {
+    // Started twice at once, the other one may have been first.
+    if (!IsThere(files, folder)) throw;
+  }
+}
+
+void EmptyTempDir(const FileSystem& files, const std::string& folder) {
+  Trapped("basMain.EmptyTempDir", [&] { files.Delete(DosPath::Join(folder, "*.*")); });
+  files.RemoveDeadHelpersBelow(folder);
+}
+
+// The folder, if no other living program has it.
+FolderLock TakeFolder(const FileSystem& files, const std::string& folder) {
+  FolderLock lock = FolderLock::Take(files.ToNative(folder), kProgram);
+  if (lock.WasLeft()) EmptyTempDir(files, folder);
+  return lock;
+}
+
+bool IsOneOfOurs(std::string_view name, std::string_view base) {
+  const std::string_view number = name.substr(std::min(name.size(), base.size()));
+  return number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+void RemoveDeadOnes(const FileSystem& files, const std::string& wanted, const std::string& taken) {
+  const std::string_view parent = DosPath::FolderPart(wanted);
+  const std::string_view base = std::string_view(wanted).substr(parent.size());
+  for (const std::string& name : files.FindAll(wanted + "*", kFindFolders)) {
+    const std::string folder = Concat(parent, name);
+    if (Text::EqualsIgnoringCase(folder, taken) || !IsOneOfOurs(name, base)) continue;
+    Trapped("basMain.RemoveDeadOnes", [&] {
+      FolderLock lock = TakeFolder(files, folder);
+      if (!lock.WasLeft()) return;
+      lock.Release();
+      files.RemoveFolder(folder);
+    });
+  }
+}
+
+}  // namespace
 
 namespace basMain {
 
@@ -16,6 +72,28 @@ std::string FolderOf(std::string_view path) {
 
 std::string TempDirOf(std::string_view programFolder) {
   return DosPath::Join(programFolder, "inst_temp");
+}
+
+TakenTempDir TakeTempDir(const FileSystem& files, const std::string& wanted) {
+  constexpr int kMost = 1000;
+  for (int i = 1; i <= kMost; ++i) {
+    const std::string folder = i == 1 ? wanted : wanted + std::to_string(i);
+    MakeUnlessThere(files, folder);
+    FolderLock lock = TakeFolder(files, folder);
+    // One that ends at this moment may have removed it again.
+    if (lock.GetState() == FolderLock::State::kTaken || !IsThere(files, folder)) continue;
+    RemoveDeadOnes(files, wanted, folder);
+    files.WriteOnlyOwnFilesIn(folder);
+    return {folder, std::move(lock)};
+  }
+  Fail("temp directory \"", wanted, "\": other programs have ", kMost, " of them");
+}
+
+void RemoveTempDir(const FileSystem& files, TakenTempDir& taken) {
+  // Each with its own trap: a folder with nothing to delete is to be removed all the same.
+  Trapped("frmMain.Form_Unload", [&] { files.Delete(DosPath::Join(taken.path, "*.*")); });
+  taken.lock.Release();
+  Trapped("frmMain.Form_Unload", [&] { files.RemoveFolder(taken.path); });
 }
 
 std::string FindPack(const FileSystem& files, std::string_view commandLine,

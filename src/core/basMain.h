@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/FolderLock.h"
+
 class FileSystem;
 
 /// The program's own places: where it finds its pack, keeps its temp files and tests its game.
@@ -15,6 +17,20 @@ std::string FolderOf(std::string_view path);
 
 /// The temp directory that belongs to a program folder: `inst_temp` in it, no trailing backslash.
 std::string TempDirOf(std::string_view programFolder);
+
+/// A temp directory and the lock that keeps other living programs out of it.
+struct TakenTempDir {
+  std::string path;
+  FolderLock lock;
+};
+
+/// Takes `wanted`, or the first of `wanted` + "2", "3", ... that no other living program has. It is
+/// made if it isn't there, and what a program that was killed has left in it is deleted; so is all
+/// that such ones have left in the others. Fails if it can't be made.
+TakenTempDir TakeTempDir(const FileSystem& files, const std::string& wanted);
+
+/// Empties a temp directory and removes it; what isn't an ordinary file stays, and it with that.
+void RemoveTempDir(const FileSystem& files, TakenTempDir& taken);
 
 /// The pack to open at start-up: the command line without its double quotes, all of it one path;
 /// if that is empty, the first `*.kvpk` in the program folder; empty if there is none.

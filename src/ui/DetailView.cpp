@@ -80,7 +80,7 @@ QSize WholePixels(const QSize& size, qreal ratio) {
 }  // namespace
 
 DetailView::DetailView(QWidget* form, const FileSystem& files, const clsIMGtool& ModPackIMG,
-                       std::string TempDir, std::function<void()> PlayClick)
+                       const std::string& TempDir, std::function<void()> PlayClick)
     : QObject(form),
       cmdPicture(new skinBtn(form)),
       cmdDescription(new skinBtn(form)),
@@ -88,7 +88,7 @@ DetailView::DetailView(QWidget* form, const FileSystem& files, const clsIMGtool&
       txtDescription(new QPlainTextEdit(picDescPic)),
       files_(files),
       ModPackIMG_(ModPackIMG),
-      tempDir_(std::move(TempDir)),
+      tempDir_(TempDir),
       playClick_(std::move(PlayClick)) {
   cmdPicture->setObjectName("cmdPicture");
   cmdPicture->setGeometry(kPictureTab);

@@ -22,9 +22,9 @@ class DetailView : public QObject {
 
  public:
   /// `TempDir`: DOS path text of the folder through which pictures come out of `ModPackIMG`, the
-  /// open pack. `PlayClick` plays the click of a tab.
+  /// open pack; it may change until the first one. `PlayClick` plays the click of a tab.
   DetailView(QWidget* form, const FileSystem& files, const clsIMGtool& ModPackIMG,
-             std::string TempDir, std::function<void()> PlayClick);
+             const std::string& TempDir, std::function<void()> PlayClick);
 
   skinBtn* const cmdPicture;
   skinBtn* const cmdDescription;
@@ -66,7 +66,7 @@ class DetailView : public QObject {
 
   const FileSystem& files_;
   const clsIMGtool& ModPackIMG_;
-  std::string tempDir_;
+  const std::string& tempDir_;
   std::function<void()> playClick_;
 
   Loaded picNoPicture_;

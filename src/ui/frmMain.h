@@ -7,11 +7,14 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/StatusLog.h"
+#include "core/basMain.h"
 #include "install/InstallHost.h"
 #include "install/InstallSession.h"
+#include "install/RunLock.h"
 #include "pack/Catalogue.h"
 #include "platform/Registry.h"
 #include "ui/Layout.h"
@@ -167,7 +170,6 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   Unload Form_Unload();
   [[nodiscard]] bool AskToLeaveRun();
   void WritePosition();
-  void RemoveTempDir();
 
   void Form_MouseDown(Qt::MouseButton Button, const QPoint& place, const QPoint& onScreen);
   void PaintTitleStrip();
@@ -181,12 +183,15 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void DisableForPanel(bool Enable) const;
   void OpenDroppedPack();
   void PlayClick();
+  bool TakeGameDirectory();
   void OwnLoading();
 
   Surroundings surroundings_;
   InstallSession session_;
   StatusLog log_;
   std::string iniPath_;
+  basMain::TakenTempDir tempDir_;
+  std::optional<RunLock> runLock_;  // while a run changes the game
   BorderlessFrame* frame_ = nullptr;
   std::unique_ptr<frmLoading> loading_;
   QPointer<frmAbout> about_;

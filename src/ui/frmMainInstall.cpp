@@ -43,10 +43,28 @@ void frmMain::cmdInstall_Click() {
     }
     // A run that failed has left this on.
     session_.InstallRunning = false;
+    if (!TakeGameDirectory()) return;
     runIsOn_ = true;
-    const auto over = qScopeGuard([this] { runIsOn_ = false; });
+    const auto over = qScopeGuard([this] {
+      runIsOn_ = false;
+      runLock_.reset();
+    });
     RunInstall(session_);
   });
+}
+
+bool frmMain::TakeGameDirectory() {
+  runLock_.emplace(surroundings_.files, session_.SAInstallDir, "KELVO");
+  const auto other = runLock_->Other();
+  if (!other) return true;
+  runLock_.reset();
+  const QString who =
+      other->program.empty()
+          ? "ein anderes Programm"
+          : QString("%1 (Prozess %2)").arg(ToQString(other->program)).arg(other->process);
+  surroundings_.messages.Stop(this, "In dieses Spielverzeichnis installiert gerade " + who + ".",
+                              MessageBoxes::DefaultTitle());
+  return false;
 }
 
 void frmMain::SetStatus(const std::string& text) {
@@ -85,6 +103,8 @@ void frmMain::ShowProgressPage() {
 }
 
 void frmMain::ShowFinalMessage(const std::string& text) {
+  // The message may stand for long, and nothing is changed any more.
+  runLock_.reset();
   surroundings_.messages.Information(this, ToQString(text), MessageBoxes::DefaultTitle());
 }
 

@@ -78,9 +78,8 @@ void frmMain::EmptyCatalogue() {
 }
 
 void frmMain::CreateTempDir() {
-  if (surroundings_.files.FindFirst(session_.TempDir, kFindFolders | kFindHidden).empty()) {
-    surroundings_.files.CreateFolder(session_.TempDir);
-  }
+  tempDir_ = basMain::TakeTempDir(surroundings_.files, surroundings_.TempDir);
+  session_.TempDir = tempDir_.path;
 }
 
 void frmMain::OpenFirstPack() {
@@ -139,7 +138,7 @@ frmMain::Unload frmMain::Form_Unload() {
     lists->StopWheelHook();
     basMinMax::UnhookMinMax(this);
     WritePosition();
-    RemoveTempDir();
+    if (!tempDir_.path.empty()) basMain::RemoveTempDir(surroundings_.files, tempDir_);
   });
   if (outcome == Unload::kDone) UnloadLoading();
   return outcome;
@@ -163,11 +162,4 @@ void frmMain::WritePosition() {
   const auto number = [](int pixels) { return Text::CheckedInt16(pixels, "the window's place"); };
   const WindowPosition place{number(x()), number(y()), number(width()), number(height())};
   basIni::INIWrite(surroundings_.files, iniPath_, "Settings", "Position", place.Text());
-}
-
-void frmMain::RemoveTempDir() {
-  // Each with its own trap: a folder with nothing to delete is to be removed all the same.
-  Trapped("frmMain.Form_Unload",
-          [&] { surroundings_.files.Delete(DosPath::Join(session_.TempDir, "*.*")); });
-  Trapped("frmMain.Form_Unload", [&] { surroundings_.files.RemoveFolder(session_.TempDir); });
 }

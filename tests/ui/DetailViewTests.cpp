@@ -76,7 +76,7 @@ class DetailViewTest : public testing::Test {
                   {"..\\out.png", Plain("PNG", Qt::red)}});
     pack.Load(folder.Dos("pack.kvpk"));
     hand.window.resize(675, 591);
-    view.emplace(&hand.window, files, pack, folder.Dos("temp"), [this] { ++clicks; });
+    view.emplace(&hand.window, files, pack, temp, [this] { ++clicks; });
     hand.Open();
   }
 
@@ -99,6 +99,7 @@ class DetailViewTest : public testing::Test {
   clsIMGtool pack{files};
   Hand hand;
   int clicks = 0;
+  std::string temp = folder.Dos("temp");
   std::optional<DetailView> view;
 };
 

@@ -8,6 +8,7 @@
 #include "controls/ngBtn.h"
 #include "controls/skinBtn.h"
 #include "controls/tc_PBar.h"
+#include "platform/FolderLock.h"
 #include "platform/Text.h"
 #include "ui/CatalogueLists.h"
 #include "ui/DetailView.h"
@@ -191,6 +192,28 @@ TEST_F(MainWindow, RemovesItsTempFolderUnlessSomethingElseIsInIt) {
   Folder.Write("program/inst_temp/fremd/datei", "x");
   Window->close();
   EXPECT_THAT(Folder.List("program/inst_temp"), ElementsAre("fremd"));
+}
+
+TEST_F(MainWindow, SharesNeitherTempFolderNorGame) {
+  Folder.Write("program/inst_temp/of-another", "x");
+  Folder.Write("program/inst_temp2/rest.tmp", "left");
+  Folder.Write("program/inst_temp2/.kelvo-lock", "KELVO 1\n");
+  Folder.Write("program/inst_temp3/no-lock", "x");
+  const FolderLock other = FolderLock::Take(Folder.At("program/inst_temp"), "KELVO");
+  const FolderLock game = FolderLock::Take(Folder.At("game"), "kvpk");
+  WriteIniWithGame();
+  frmMain& window = StartWithPack();
+  EXPECT_EQ(window.Session().TempDir, Folder.Dos("program\\inst_temp2"));
+  EXPECT_EQ(Folder.Read("program/inst_temp2/rest.tmp"), "(missing)");
+  window.cmdInstall_Click();
+  EXPECT_THAT(Messages, ElementsAre(testing::MatchesRegex(
+                            "stop: KELVO: In dieses Spielverzeichnis installiert gerade kvpk "
+                            "\\(Prozess [0-9]+\\)\\.")));
+  EXPECT_EQ(Folder.Read("game/data/a.txt"), "eins\r\n");
+  window.close();
+  EXPECT_EQ(Folder.Read("program/inst_temp/of-another"), "x");
+  EXPECT_EQ(Folder.Read("program/inst_temp3/no-lock"), "x");
+  EXPECT_FALSE(std::filesystem::exists(Folder.At("program/inst_temp2")));
 }
 
 TEST_F(MainWindow, GivesThePackPageItsStrip) {
