@@ -186,7 +186,7 @@ class PayloadRow : public Row {
       pack.AddCompressed(name, PayloadBytes(numbers, kPayloadSize));
     }
     pack.Write(engine_.Files(), path);
-    engine_.Session().ModPackIMG.Load(std::string(path));
+    engine_.Session().ModPackIMG.Load(path);
   }
   /// All that a block changes is the directory, the data right behind it and the end.
   void RestoreArchive() {

@@ -93,15 +93,11 @@ class LargePack {
   [[nodiscard]] std::int64_t IndexSize() const { return indexSize_; }
   /// What an opening leaves is freed outside the measured time: a program frees it when it opens
   /// the next pack.
-  void Forget() {
-    catalogue_ = Catalogue();
-    outcome_ = PackOpening();
-  }
+  void Forget() { outcome_ = PackOpening(); }
   void Open() {
-    PackOpeningView view;
     InstallSession& session = engine_.Session();
-    outcome_ = OpenKELVOFile(engine_.Files(), session.ModPackIMG, session.TempDir, catalogue_, view,
-                             engine_.DosText(path_));
+    outcome_ =
+        OpenKELVOFile(engine_.Files(), session.ModPackIMG, session.TempDir, engine_.DosText(path_));
   }
   /// Reads the pack into memory, and runs the cipher over the index once.
   void ReadBare() {
@@ -112,8 +108,9 @@ class LargePack {
   }
   void Check() const {
     if (outcome_.failure) Fail("the pack wasn't opened: ", *outcome_.failure);
-    if (catalogue_.Mods.size() != mods_ + 1 || catalogue_.ModTypes.size() != kTypes + 1 ||
-        catalogue_.Mods.back().InstallScript.empty()) {
+    if (outcome_.catalogue.Mods.size() != mods_ + 1 ||
+        outcome_.catalogue.ModTypes.size() != kTypes + 1 ||
+        outcome_.catalogue.Mods.back().InstallScript.empty()) {
       Fail("the catalogue isn't whole");
     }
   }
@@ -123,7 +120,6 @@ class LargePack {
   std::filesystem::path path_;
   std::size_t mods_;
   std::int64_t indexSize_ = 0;
-  Catalogue catalogue_;
   PackOpening outcome_;
 };
 

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "core/basDebugLog.h"
-#include "core/basIni.h"
 #include "pack/clsEncryption.h"
 #include "pack/clsIMGtool.h"
 #include "platform/DosPath.h"
@@ -16,8 +15,6 @@ namespace {
 using basIni::IniFile;
 using basIni::INIRead;
 
-constexpr int kSmallestWidth = 600;
-constexpr int kSmallestHeight = 250;  // without the page
 // The numbers of the sections are 16-bit, which bounds both lists.
 constexpr int kLongestList = 32767;
 
@@ -53,134 +50,121 @@ void DeleteIfThere(const FileSystem& files, const std::string& path) {
   if (!files.FindFirst(path, kFindHidden | kFindSystem).empty()) files.Delete(path);
 }
 
-/// One opening of a pack. Each step is a member; `Run` has their order.
-class Opener {
+/// Exports the index and returns it in plain; the files of both stay.
+IniFile Decipher(const FileSystem& files, const clsIMGtool& ModPackIMG,
+                 const std::string& cipheredFile, const std::string& plainFile,
+                 const PackIndex::MessageBox& messageBox) {
+  // An export keeps the tail of a longer file, and with it mods of another pack.
+  DeleteIfThere(files, cipheredFile);
+  DeleteIfThere(files, plainFile);
+  ModPackIMG.Export(kIndexEntry, cipheredFile);
+  clsEncryption encryption(files);
+  encryption.MessageBox = messageBox;
+  encryption.InputFileName = cipheredFile;
+  encryption.OutputFileName = plainFile;
+  encryption.Password = clsEncryption::IndexPassword();
+  encryption.EncryptFile();
+  return IniFile::Load(files, plainFile);
+}
+
+void ReadInfo(const IniFile& index, Catalogue& catalogue) {
+  catalogue.EndScript = WithLineBreaks(INIRead(index, "Info", "EndScript", ""));
+  catalogue.HTML = WithLineBreaks(INIRead(index, "Info", "HTML", ""));
+  catalogue.HTMLHeight =
+      WholeNumber(INIRead(index, "Info", "HTMLHeight", "0"), "Info", "HTMLHeight");
+}
+
+/// The mods come ahead of the types, which need their counts.
+class ListReader {
  public:
-  Opener(const FileSystem& files, clsIMGtool& ModPackIMG, const std::string& TempDir,
-         Catalogue& catalogue, PackOpeningView& view, PackOpening& outcome)
-      : files_(files),
-        pack_(ModPackIMG),
-        cipheredIndex_(DosPath::Join(TempDir, "modpack.ini.tmp")),
-        plainIndex_(DosPath::Join(TempDir, "modpack.ini")),
-        page_(DosPath::Join(TempDir, "html.htm")),
-        catalogue_(catalogue),
-        view_(view),
-        outcome_(outcome) {}
+  ListReader(const IniFile& index, Catalogue& catalogue, const std::function<void()>& doEvents)
+      : index_(index), catalogue_(catalogue), doEvents_(doEvents) {}
 
-  void Run(std::string path) {
-    outcome_.isArchive = pack_.Load(path);
-    if (outcome_.isArchive) {
-      view_.ShowLoading();
-      view_.DoEvents();
-      DecipherIndex();
-      const IniFile index = IniFile::Load(files_, plainIndex_);
-      ReadInfo(index);
-      catalogue_.Mods.assign(1, {});
-      catalogue_.ModTypes.assign(1, {});
-      ReadMods(index);  // ahead of the types, which need the counts
-      ReadTypes(index);
-      // A pack without an index has left nothing to delete: it is open, and empty.
-      DeleteIfThere(files_, plainIndex_);
-      DeleteIfThere(files_, cipheredIndex_);
-      if (catalogue_.ModTypes.size() > 1) view_.ClickFirstType();
-    }
-    view_.UnloadLoading();
-    view_.DrawTypeList();
-    ShowPage();
-    view_.SetMinimumSize(kSmallestWidth, catalogue_.HTMLHeight + kSmallestHeight);
-  }
-
- private:
-  void DecipherIndex() {
-    // An export keeps the tail of a longer file, and with it mods of another pack.
-    DeleteIfThere(files_, cipheredIndex_);
-    DeleteIfThere(files_, plainIndex_);
-    pack_.Export(kIndexEntry, cipheredIndex_);
-    clsEncryption encryption(files_);
-    encryption.MessageBox = [this](const std::string& text, const std::string& title) {
-      outcome_.hasIndex = false;
-      view_.MessageBox(text, title);
-    };
-    encryption.InputFileName = cipheredIndex_;
-    encryption.OutputFileName = plainIndex_;
-    encryption.Password = clsEncryption::IndexPassword();
-    encryption.EncryptFile();
-  }
-
-  void ReadInfo(const IniFile& index) {
-    catalogue_.Title = INIRead(index, "Info", "Title", "");
-    view_.SetTitle(catalogue_.Title);
-    catalogue_.EndScript = WithLineBreaks(INIRead(index, "Info", "EndScript", ""));
-    catalogue_.HTML = WithLineBreaks(INIRead(index, "Info", "HTML", ""));
-    catalogue_.HTMLHeight =
-        WholeNumber(INIRead(index, "Info", "HTMLHeight", "0"), "Info", "HTMLHeight");
-  }
-
-  void ReadMods(const IniFile& index) {
+  void ReadMods() {
     for (int n = 1; n <= kLongestList; ++n) {
       const std::string section = Concat("Mod", n);
-      if (INIRead(index, section, "TypeID", "").empty()) return;
+      if (INIRead(index_, section, "TypeID", "").empty()) return;
       udtMod& mod = catalogue_.Mods.emplace_back();
       mod.Selected = true;
-      mod.TypeID = WholeNumber(INIRead(index, section, "TypeID", "0"), section, "TypeID");
-      mod.Description = INIRead(index, section, "Description", "");
-      mod.InstallScript = WithLineBreaks(INIRead(index, section, "InstallScript", ""));
-      mod.Name = INIRead(index, section, "Name", "");
-      mod.Picture = INIRead(index, section, "Picture", "");
-      mod.Readme = WithLineBreaks(INIRead(index, section, "Readme", ""));
-      mod.Files = INIRead(index, section, "Files", "");
+      mod.TypeID = WholeNumber(INIRead(index_, section, "TypeID", "0"), section, "TypeID");
+      mod.Description = INIRead(index_, section, "Description", "");
+      mod.InstallScript = WithLineBreaks(INIRead(index_, section, "InstallScript", ""));
+      mod.Name = INIRead(index_, section, "Name", "");
+      mod.Picture = INIRead(index_, section, "Picture", "");
+      mod.Readme = WithLineBreaks(INIRead(index_, section, "Readme", ""));
+      mod.Files = INIRead(index_, section, "Files", "");
       counters_.GrowTo(mod.TypeID);
       ++counters_.Of(mod.TypeID, section);
-      view_.DoEvents();
+      LetEventsRun();
     }
   }
 
-  void ReadTypes(const IniFile& index) {
+  void ReadTypes() {
     for (int n = 1; n <= kLongestList; ++n) {
       const std::string section = Concat("Typ", n);
-      if (INIRead(index, section, "TypeID", "").empty()) return;
+      if (INIRead(index_, section, "TypeID", "").empty()) return;
       udtModType& type = catalogue_.ModTypes.emplace_back();
-      type.TypeID = WholeNumber(INIRead(index, section, "TypeID", "0"), section, "TypeID");
-      type.Name = INIRead(index, section, "Name", "0");
-      type.Description = INIRead(index, section, "Description", "0");
-      type.Picture = INIRead(index, section, "Picture", "");
+      type.TypeID = WholeNumber(INIRead(index_, section, "TypeID", "0"), section, "TypeID");
+      type.Name = INIRead(index_, section, "Name", "0");
+      type.Description = INIRead(index_, section, "Description", "0");
+      type.Picture = INIRead(index_, section, "Picture", "");
       counters_.GrowTo(type.TypeID);
       type.ModCount = counters_.Of(type.TypeID, section);
       type.CheckState = 1;
-      view_.DoEvents();
+      LetEventsRun();
     }
   }
 
-  void ShowPage() {
-    view_.SetHtmlVisible(!catalogue_.HTML.empty());
-    if (catalogue_.HTML.empty()) {
-      catalogue_.HTMLHeight = 0;
-      return;
-    }
-    view_.SetHtmlHeight(catalogue_.HTMLHeight);
-    files_.WriteWhole(page_, catalogue_.HTML + "\r\n");
-    view_.ShowHtmlPage(page_);
+ private:
+  void LetEventsRun() const {
+    if (doEvents_) doEvents_();
   }
 
-  const FileSystem& files_;
-  clsIMGtool& pack_;
-  const std::string cipheredIndex_;
-  const std::string plainIndex_;
-  const std::string page_;
+  const IniFile& index_;
   Catalogue& catalogue_;
-  PackOpeningView& view_;
-  PackOpening& outcome_;
+  const std::function<void()>& doEvents_;
   ModCounters counters_;
 };
 
 }  // namespace
 
+PackIndex::PackIndex(const FileSystem& files, const clsIMGtool& ModPackIMG,
+                     const std::string& TempDir, const MessageBox& messageBox)
+    : files_(files),
+      cipheredFile_(DosPath::Join(TempDir, "modpack.ini.tmp")),
+      plainFile_(DosPath::Join(TempDir, "modpack.ini")),
+      index_(Decipher(files, ModPackIMG, cipheredFile_, plainFile_, messageBox)) {}
+
+std::string PackIndex::Title() const {
+  return INIRead(index_, "Info", "Title", "");
+}
+
+void PackIndex::ReadInto(Catalogue& catalogue, const std::function<void()>& doEvents) const {
+  catalogue.Title = Title();
+  ReadInfo(index_, catalogue);
+  catalogue.Mods.assign(1, {});
+  catalogue.ModTypes.assign(1, {});
+  ListReader reader(index_, catalogue, doEvents);
+  reader.ReadMods();
+  reader.ReadTypes();
+  // A pack without an index has left nothing to delete: it is open, and empty.
+  DeleteIfThere(files_, plainFile_);
+  DeleteIfThere(files_, cipheredFile_);
+}
+
 PackOpening OpenKELVOFile(const FileSystem& files, clsIMGtool& ModPackIMG,
-                          const std::string& TempDir, Catalogue& catalogue, PackOpeningView& view,
-                          const std::string& path) {
-  PackOpening outcome;
-  outcome.failure = CauseOf("frmMain.OpenKELVOFile", [&] {
-    Opener(files, ModPackIMG, TempDir, catalogue, view, outcome).Run(path);
+                          const std::string& TempDir, const std::string& path) {
+  PackOpening opening;
+  opening.failure = CauseOf("frmMain.OpenKELVOFile", [&] {
+    opening.isArchive = ModPackIMG.Load(path);
+    if (!opening.isArchive) return;
+    const PackIndex index(files, ModPackIMG, TempDir,
+                          [&](const std::string& text, const std::string& /*title*/) {
+                            opening.indexMessage = text;
+                          });
+    index.ReadInto(opening.catalogue, {});
+    // Without a page there is no place for one.
+    if (opening.catalogue.HTML.empty()) opening.catalogue.HTMLHeight = 0;
   });
-  return outcome;
+  return opening;
 }

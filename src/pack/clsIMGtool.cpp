@@ -234,7 +234,7 @@ std::string clsIMGtool::NumberToBytes(double number) {
 
 void clsIMGtool::SetIMGFile(std::string path) {
   imgFile_ = std::move(path);
-  Load(std::string());
+  Load("");
 }
 
 void clsIMGtool::NoteRecord(std::int64_t offset) {
@@ -245,9 +245,8 @@ void clsIMGtool::NoteRecord(std::int64_t offset) {
   nextEntryPos_ += kRecordSize;
 }
 
-bool clsIMGtool::Load(std::string& strFile) {
-  if (strFile.empty()) strFile = imgFile_;
-  imgFile_ = strFile;
+bool clsIMGtool::Load(const std::string& strFile) {
+  if (!strFile.empty()) imgFile_ = strFile;
   const File archive = files_.OpenBinary(imgFile_);
   if (!HasMagic(archive)) return false;
 
@@ -352,7 +351,7 @@ void clsIMGtool::AppendEntry(File& archive, const Payload& payload) {
   WriteEntry(archive, ReserveEnd(archive, payload.Size()), payload);
   archive.Close();
   if (moved) {
-    Load(std::string());
+    Load("");
   } else {
     nextEntryPos_ += kRecordSize;
     entryCount_ += 1;
@@ -446,13 +445,13 @@ bool clsIMGtool::TakeOut(File& archive, std::string_view strName) {
   return true;
 }
 
-bool clsIMGtool::RebuildIMG(std::string& strFile) {
-  if (strFile.empty()) strFile = imgFile_;
-  const std::string temporary = strFile + ".tmp";
+bool clsIMGtool::RebuildIMG(const std::string& strFile) {
+  const std::string path = strFile.empty() ? imgFile_ : strFile;
+  const std::string temporary = path + ".tmp";
   {
-    const File source = files_.OpenBinary(strFile);
+    const File source = files_.OpenBinary(path);
     if (!HasMagic(source)) {
-      imgFile_ = strFile;
+      imgFile_ = path;
       return false;
     }
     const std::int64_t count = ReadCount(source, 0);
@@ -461,8 +460,8 @@ bool clsIMGtool::RebuildIMG(std::string& strFile) {
     target.Sync();
     target.Close();
   }
-  files_.PutInPlace(temporary, strFile);
-  return Load(strFile);
+  files_.PutInPlace(temporary, path);
+  return Load(path);
 }
 
 void clsIMGtool::CopyEntries(const File& source, File& target, std::int64_t count) const {

@@ -53,12 +53,11 @@ class clsIMGtool {
   /// The directory as of the last `Load`; `AddFile` and `RemoveFile` leave it alone.
   [[nodiscard]] const std::vector<udtIMGEntry>& Entries() const { return entries_; }
 
-  /// Reads the directory of `strFile`; empty means `IMGFile`, and the argument is set to it. A
-  /// file that doesn't exist is made, empty. False if the file doesn't begin with the magic: the
-  /// directory in memory stays, while `IMGFile` names the new path already. Fails on a record
-  /// count below 1 or beyond the file's length, and on an offset or size of 2 GiB or more.
-  bool Load(std::string& strFile);
-  bool Load(std::string&& strFile) { return Load(strFile); }
+  /// Reads the directory of `strFile`; empty means `IMGFile`. A file that doesn't exist is made,
+  /// empty. False if the file doesn't begin with the magic: the directory in memory stays, while
+  /// `IMGFile` names the new path already. Fails on a record count below 1 or beyond the file's
+  /// length, and on an offset or size of 2 GiB or more.
+  bool Load(const std::string& strFile);
 
   /// Whether the directory as of the last `Load` has an entry of exactly that name. Fails on an
   /// archive of more than 32,767 records.
@@ -87,8 +86,7 @@ class clsIMGtool {
   /// Writes the archive anew without gaps and dead data and puts it in the old one's place, by
   /// way of `strFile` + ".tmp"; then loads it. Empty means `IMGFile`. Returns what `Load`
   /// returns; false, and nothing changed, if the file doesn't begin with the magic.
-  bool RebuildIMG(std::string& strFile);
-  bool RebuildIMG(std::string&& strFile) { return RebuildIMG(strFile); }
+  bool RebuildIMG(const std::string& strFile);
 
   /// Four bytes, least significant first, as a 32-bit signed number.
   static double BytesToNumber(std::string_view fourBytes);

@@ -96,7 +96,7 @@ int Rebuild(const ArchiveArguments& arguments) {
   const FileSystem files(FileSystemOptions::FromEnvironment());
   clsIMGtool archive(files);
   LoadExisting(files, archive, arguments.archive);
-  if (!archive.RebuildIMG(std::string(archive.IMGFile()))) {
+  if (!archive.RebuildIMG("")) {
     Fail("archive \"", Text::FromUtf8Lossy(arguments.archive), "\": it wasn't rebuilt");
   }
   return ExitStatus::kDone;

@@ -1,5 +1,7 @@
 #include "tools/OpenPack.h"
 
+#include <utility>
+
 #include "pack/Catalogue.h"
 #include "pack/clsIMGtool.h"
 #include "platform/Failure.h"
@@ -8,31 +10,17 @@
 #include "tools/Paths.h"
 #include "tools/Report.h"
 
-namespace {
-
-/// Keeps the message of the cipher for the one line that the tool says.
-class MessageKeeper : public PackOpeningView {
- public:
-  void MessageBox(const std::string& text, const std::string& /*title*/) override {
-    Message = text;
-  }
-  std::string Message;
-};
-
-}  // namespace
-
 std::optional<std::string> OpenPack(const FileSystem& files, clsIMGtool& pack,
                                     const std::string& tempDir, Catalogue& catalogue,
                                     const std::string& utf8) {
-  MessageKeeper view;
-  const PackOpening opening =
-      OpenKELVOFile(files, pack, tempDir, catalogue, view, ExistingFile(files, utf8));
+  PackOpening opening = OpenKELVOFile(files, pack, tempDir, ExistingFile(files, utf8));
   const std::string name = "pack \"" + Text::FromUtf8Lossy(utf8) + "\": ";
   if (!opening.isArchive) Fail(name, "it isn't an IMG archive, which begins with \"VER2\"");
+  catalogue = std::move(opening.catalogue);
   if (opening.failure) return name + "its opening ended early: " + *opening.failure;
-  if (opening.hasIndex) return std::nullopt;
-  return name + "it has no readable index, the entry \"" + std::string(kIndexEntry) + "\"" +
-         (view.Message.empty() ? "" : " (" + view.Message + ")");
+  if (!opening.indexMessage) return std::nullopt;
+  return name + "it has no readable index, the entry \"" + std::string(kIndexEntry) + "\" (" +
+         *opening.indexMessage + ")";
 }
 
 void OpenWholePack(const FileSystem& files, clsIMGtool& pack, const std::string& tempDir,

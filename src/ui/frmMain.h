@@ -52,7 +52,7 @@ struct Surroundings {
 /// The main window: the catalogue of the open pack in two lists, the detail area, the sliding
 /// panel and the bar of buttons, in a frame of its own. It is the engine's host while a pack is
 /// opened and while an install runs.
-class frmMain : public QWidget, public InstallHost, public PackOpeningView {
+class frmMain : public QWidget, public InstallHost {
   Q_OBJECT
 
  public:
@@ -116,18 +116,6 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void ShowFinalMessage(const std::string& text) override;
   void HideProgressPage() override;
 
-  // What the opening of a pack needs.
-  void ShowLoading() override;
-  void UnloadLoading() override;
-  void MessageBox(const std::string& text, const std::string& title) override;
-  void SetTitle(const std::string& title) override;
-  void ClickFirstType() override;
-  void DrawTypeList() override;
-  void SetHtmlVisible(bool visible) override;
-  void SetHtmlHeight(int height) override;
-  void ShowHtmlPage(const std::string& path) override;
-  void SetMinimumSize(int width, int height) override;
-
  protected:
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -177,6 +165,15 @@ class frmMain : public QWidget, public InstallHost, public PackOpeningView {
   void PlaceTitleArea();
   void ShowPageToCome();
   void GrowTo(int height);
+
+  // Steps of `OpenKELVOFile`.
+  void ShowLoading();
+  void ReadCatalogue();
+  void ClickFirstType();
+  void UnloadLoading();
+  void ShowPage();
+  void SetMinimumSize(int width, int height);
+
   void MoveControl(const Layout::Placement& placement);
   [[nodiscard]] Layout::OwnSizes OwnSizes() const;
   [[nodiscard]] bool PressByKey(const QKeyEvent& key);

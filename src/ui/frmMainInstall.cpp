@@ -10,6 +10,8 @@
 #include "controls/tc_PBar.h"
 #include "core/basDebugLog.h"
 #include "install/InstallRun.h"
+#include "platform/DosPath.h"
+#include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "platform/window/basMinMax.h"
 #include "ui/CatalogueLists.h"
@@ -28,6 +30,9 @@ namespace {
 /// Shortest time between two rounds of pending events, in milliseconds: that of a frame. The
 /// engine asks after every line and every block, and each round may paint.
 constexpr qint64 kFrame = 16;
+
+constexpr int kSmallestWidthWithPack = 600;
+constexpr int kSmallestHeightWithoutPage = 250;
 
 }  // namespace
 
@@ -118,9 +123,27 @@ void frmMain::OpenKELVOFile(const std::string& path) {
   if (openingIsOn_) return;
   openingIsOn_ = true;
   const auto over = qScopeGuard([this] { openingIsOn_ = false; });
-  // The free function has the trap.
-  ::OpenKELVOFile(surroundings_.files, session_.ModPackIMG, session_.TempDir, session_.Pack, *this,
-                  path);
+  Trapped("frmMain.OpenKELVOFile", [&] {
+    if (session_.ModPackIMG.Load(path)) {
+      ShowLoading();
+      DoEvents();
+      ReadCatalogue();
+      if (session_.Pack.ModTypes.size() > 1) ClickFirstType();
+    }
+    UnloadLoading();
+    lists->DrawTypeList();
+    ShowPage();
+    SetMinimumSize(kSmallestWidthWithPack, session_.Pack.HTMLHeight + kSmallestHeightWithoutPage);
+  });
+}
+
+void frmMain::ReadCatalogue() {
+  const PackIndex index(surroundings_.files, session_.ModPackIMG, session_.TempDir,
+                        [this](const std::string& text, const std::string& title) {
+                          surroundings_.messages.Plain(this, ToQString(text), ToQString(title));
+                        });
+  lblTitel->SetCaption(ToQString(index.Title()));
+  index.ReadInto(session_.Pack, [this] { DoEvents(); });
 }
 
 void frmMain::ShowLoading() {
@@ -144,14 +167,6 @@ void frmMain::UnloadLoading() {
   loading_.release()->deleteLater();
 }
 
-void frmMain::MessageBox(const std::string& text, const std::string& title) {
-  surroundings_.messages.Plain(this, ToQString(text), ToQString(title));
-}
-
-void frmMain::SetTitle(const std::string& title) {
-  lblTitel->SetCaption(ToQString(title));
-}
-
 void frmMain::ClickFirstType() {
   // Where the first row is in a list that isn't scrolled. In one that is, another row lies there
   // and is selected, and so it stays.
@@ -159,19 +174,16 @@ void frmMain::ClickFirstType() {
   lists->picTypeList_MouseDown(1, 0, kBesideTheTicks, 1);
 }
 
-void frmMain::DrawTypeList() {
-  lists->DrawTypeList();
-}
-
-void frmMain::SetHtmlVisible(bool visible) {
-  html->setVisible(visible);
-}
-
-void frmMain::SetHtmlHeight(int height) {
-  html->resize(html->width(), height);
-}
-
-void frmMain::ShowHtmlPage(const std::string& path) {
+void frmMain::ShowPage() {
+  Catalogue& pack = session_.Pack;
+  html->setVisible(!pack.HTML.empty());
+  if (pack.HTML.empty()) {
+    pack.HTMLHeight = 0;
+    return;
+  }
+  html->resize(html->width(), pack.HTMLHeight);
+  const std::string path = DosPath::Join(session_.TempDir, "html.htm");
+  surroundings_.files.WriteWhole(path, pack.HTML + "\r\n");
   html->SetSilent(true);
   // At the start the page comes as soon as the window is there, which doesn't wait for it.
   if (isVisible()) {

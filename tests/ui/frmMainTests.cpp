@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <set>
 
 #include "controls/ngBtn.h"
 #include "controls/skinBtn.h"
@@ -255,6 +256,38 @@ TEST_F(MainWindow, KeepsTheOldPackIfTheNewOneIsNone) {
   EXPECT_EQ(window.Session().Pack.ModTypes.size(), 1U);
 }
 
+TEST_F(MainWindow, ShowsThePackInOrderAndLeavesWhereItFails) {
+  frmMain& window = StartWithPack("Title=Alt\r\nHTML=x\r\nHTMLHeight=50\r\n");
+  std::string many = "[Info]\r\nTitle=Neu\r\n";
+  for (int n = 1; n <= 30000; ++n) many += "[Mod" + std::to_string(n) + "]\r\nTypeID=1\r\n";
+  WritePack(Folder, "neu.kvpk", many);
+  std::set<std::string> seen;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, &window, [&] {
+    const std::size_t mods = window.Session().Pack.Mods.size();
+    seen.insert(window.lblTitel->Caption().toStdString() + (SplashIsThere() ? ", splash" : "") +
+                (mods == 4      ? ", old"
+                 : mods < 30001 ? ", part"
+                                : ", whole") +
+                (window.html->isHidden() ? "" : ", page"));
+  });
+  watch.start(0);
+  QTest::qWait(20);  // so that the opening's first round of events comes at once
+  window.OpenKELVOFile(Folder.Dos("neu.kvpk"));
+  QTest::qWait(1);
+  EXPECT_THAT(seen, ElementsAre("Alt, old, page", "Alt, splash, old, page",
+                                "Neu, splash, part, page", "Neu, whole"));
+
+  WritePack(Folder, "halb.kvpk", "[Info]\r\nTitle=Halb\r\nHTML=y\r\nHTMLHeight=hoch\r\n");
+  window.OpenKELVOFile(Folder.Dos("halb.kvpk"));
+  EXPECT_EQ(window.lblTitel->Caption(), "Halb");
+  EXPECT_TRUE(SplashIsThere());
+  EXPECT_EQ(window.Session().Pack.HTML, "y");
+  EXPECT_EQ(window.Session().Pack.Mods.size(), 30001U);
+  EXPECT_TRUE(window.html->isHidden());
+  EXPECT_THAT(Folder.List("program/inst_temp"), testing::Contains("modpack.ini"));
+}
+
 TEST_F(MainWindow, GrowsForATallPageOnly) {
   struct Row {
     const char* height;
@@ -366,7 +399,7 @@ TEST_F(MainWindow, ShortensALongTitleBesideItsLogo) {
     EXPECT_GE(window.lblTitel->x(), width / 20 + 300) << "where the picture ends";
   }
   EXPECT_EQ(window.lblTitel->toolTip(), "<span>" + QString(200, 'T') + "</span>");
-  window.SetTitle("Kurz");
+  window.lblTitel->SetCaption("Kurz");
   EXPECT_EQ(window.lblTitel->toolTip(), "");
   EXPECT_EQ(window.lblTitel->width(), window.lblTitel->fontMetrics().horizontalAdvance("Kurz"));
 }
