@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/Failure.h"
@@ -12,6 +15,7 @@ File::File(std::intptr_t handle, std::string path, std::shared_ptr<FaultPlan> fa
 
 File::File(File&& other) noexcept
     : handle_(std::exchange(other.handle_, kNone)),
+      length_(std::exchange(other.length_, std::nullopt)),
       path_(std::move(other.path_)),
       faults_(std::move(other.faults_)) {}
 
@@ -19,6 +23,7 @@ File& File::operator=(File&& other) noexcept {
   if (this == &other) return *this;
   CloseQuietly();
   handle_ = std::exchange(other.handle_, kNone);
+  length_ = std::exchange(other.length_, std::nullopt);
   path_ = std::move(other.path_);
   faults_ = std::move(other.faults_);
   return *this;
@@ -26,6 +31,35 @@ File& File::operator=(File&& other) noexcept {
 
 File::~File() {
   CloseQuietly();
+}
+
+std::int64_t File::Size() const {
+  return length_ ? *length_ : SizeOnDisk();
+}
+
+void File::ReserveByWriting(std::int64_t end) {
+  constexpr std::int64_t kBlock = std::int64_t{1} << 20;
+  const std::optional<std::int64_t> former = length_;
+  const std::int64_t size = Size();
+  const std::int64_t begin = SizeOnDisk();
+  if (end <= begin) return;
+  const std::string nuls(static_cast<std::size_t>(std::min(end - begin, kBlock)), '\0');
+  try {
+    for (std::int64_t offset = begin; offset < end; offset += kBlock)
+      WriteAt(offset, std::string_view(nuls).substr(
+                          0, static_cast<std::size_t>(std::min(end - offset, kBlock))));
+    // Over a network it is only now that one hears of a full disk.
+    Sync();
+  } catch (const Failure&) {
+    static_cast<void>(SetSizeOnDisk(begin));
+    length_ = former;
+    throw;
+  }
+  length_ = size;
+}
+
+void File::NoteWritten(std::int64_t end) {
+  if (length_) length_ = std::max(*length_, end);
 }
 
 void File::ReadAt(std::int64_t offset, char* buffer, std::size_t length) const {

@@ -22,8 +22,9 @@
 ///   `..` stops at the drive's root. Trailing dots and blanks of a component are dropped.
 /// - A component matches a name on disk exactly if it can, else without regard to case by the
 ///   letters of Windows-1252; of several, the first in order of names. What is newly made gets
-///   its name as written. Names on disk are UTF-8; a name that isn't, or that Windows-1252 or
-///   DOS path text can't say, is never found.
+///   its name as written. Names on disk are UTF-8, with the marks of letters on them or behind
+///   them (NFC, NFD); a name that isn't, or that Windows-1252 or DOS path text can't say, is never
+///   found.
 /// - Hidden means a leading dot; a device, socket or pipe counts as a system file and is never
 ///   opened. A broken link, or a loop of links, is not found and can't be opened or made.
 /// - A file without any write permission bit is write-protected, for root as well.
@@ -89,8 +90,9 @@ class File {
   void CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t length,
                 std::int64_t offset);
   /// Makes sure that the disk has room for `length` bytes from `offset` on, so that a write to
-  /// them can't fail halfway for want of space; the file's length stays. Does nothing where the
-  /// file system has no such operation.
+  /// them can't fail halfway for want of space; the file's length stays. Where the file system has
+  /// no such operation, NULs are written behind the file's end, and what then isn't used of them is
+  /// cut off when the file is closed.
   void Reserve(std::int64_t offset, std::int64_t length);
   /// Cuts the file or extends it with NULs.
   void SetSize(std::int64_t size);
@@ -107,11 +109,18 @@ class File {
   static constexpr std::intptr_t kNone = -1;
 
   void CloseQuietly() noexcept;
+  /// The length of what is on disk.
+  [[nodiscard]] std::int64_t SizeOnDisk() const;
+  [[nodiscard]] bool SetSizeOnDisk(std::int64_t size) const noexcept;
+  void ReserveByWriting(std::int64_t end);
+  void NoteWritten(std::int64_t end);
   [[noreturn]] void FailWith(const char* operation, int error) const;
   /// Fails unless the file holds `length` bytes at `offset`.
   void RequireWithin(std::int64_t offset, std::int64_t length) const;
 
   std::intptr_t handle_ = kNone;
+  /// The file's length, where room behind it has been reserved by writing.
+  std::optional<std::int64_t> length_;
   std::string path_;
   std::shared_ptr<FaultPlan> faults_;
 };

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -85,14 +86,16 @@ void CopyByHand(const File& source, std::int64_t sourceOffset, std::int64_t leng
 }  // namespace
 
 void File::CloseQuietly() noexcept {
-  if (handle_ != kNone) close(NumberOf(std::exchange(handle_, kNone)));
+  if (handle_ == kNone) return;
+  if (length_) static_cast<void>(SetSizeOnDisk(*length_));
+  close(NumberOf(std::exchange(handle_, kNone)));
 }
 
 void File::FailWith(const char* operation, int error) const {
   Posix::FailWith(operation, path_, error);
 }
 
-std::int64_t File::Size() const {
+std::int64_t File::SizeOnDisk() const {
   struct stat status = {};
   if (fstat(NumberOf(handle_), &status) != 0) FailWith("measure", errno);
   return status.st_size;
@@ -100,6 +103,9 @@ std::int64_t File::Size() const {
 
 std::size_t File::ReadSomeAt(std::int64_t offset, char* buffer, std::size_t length) const {
   faults_->Step("read", path_);
+  if (length_)
+    length = static_cast<std::size_t>(
+        std::clamp<std::int64_t>(*length_ - offset, 0, static_cast<std::int64_t>(length)));
   std::size_t done = 0;
   while (done < length) {
     const ssize_t count = Uninterrupted([&] {
@@ -129,6 +135,7 @@ void File::WriteAt(std::int64_t offset, const std::vector<std::string_view>& par
     TakeOff(left, static_cast<std::size_t>(count));
     offset += count;
   }
+  NoteWritten(offset);
 }
 
 void File::CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t length,
@@ -147,6 +154,7 @@ void File::CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t 
       return CopyByHand(source, sourceOffset, length, *this, offset);
     if (count < 0) FailWith("copy to", ReasonOfChange(number, errno));
     length -= count;
+    NoteWritten(offset);
   }
 }
 
@@ -156,15 +164,22 @@ void File::Reserve(std::int64_t offset, std::int64_t length) {
   const int number = NumberOf(handle_);
   const int result =
       Uninterrupted([&] { return fallocate(number, FALLOC_FL_KEEP_SIZE, offset, length); });
-  if (result == 0 || errno == EOPNOTSUPP || errno == ENOSYS) return;
+  if (result == 0) return;
+  if (errno == EOPNOTSUPP || errno == ENOSYS) return ReserveByWriting(offset + length);
   FailWith("reserve", ReasonOfChange(number, errno));
+}
+
+bool File::SetSizeOnDisk(std::int64_t size) const noexcept {
+  return Uninterrupted([&] { return ftruncate(NumberOf(handle_), size); }) == 0;
 }
 
 void File::SetSize(std::int64_t size) {
   faults_->Step("resize", path_);
-  const int number = NumberOf(handle_);
-  if (Uninterrupted([&] { return ftruncate(number, size); }) != 0)
-    FailWith("resize", ReasonOfChange(number, errno));
+  // What has been reserved is NULs already, and stays.
+  const bool isWithinRoom = length_ && size >= *length_ && size <= SizeOnDisk();
+  if (!isWithinRoom && !SetSizeOnDisk(size))
+    FailWith("resize", ReasonOfChange(NumberOf(handle_), errno));
+  length_ = isWithinRoom ? std::optional(size) : std::nullopt;
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): what it begins changes the disk.
@@ -180,6 +195,8 @@ void File::Sync() {
 void File::Close() {
   if (handle_ == kNone) return;
   faults_->Step("close", path_);
+  const auto length = std::exchange(length_, std::nullopt);
+  if (length && !SetSizeOnDisk(*length)) FailWith("resize", errno);
   // An interrupted close has closed all the same.
   if (close(NumberOf(std::exchange(handle_, kNone))) != 0 && errno != EINTR)
     FailWith("close", errno);

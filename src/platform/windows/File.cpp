@@ -2,6 +2,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,14 +70,16 @@ std::vector<std::string> Gathered(const std::vector<std::string_view>& parts) {
 }  // namespace
 
 void File::CloseQuietly() noexcept {
-  if (handle_ != kNone) CloseHandle(HandleOf(std::exchange(handle_, kNone)));
+  if (handle_ == kNone) return;
+  if (length_) static_cast<void>(SetSizeOnDisk(*length_));
+  CloseHandle(HandleOf(std::exchange(handle_, kNone)));
 }
 
 void File::FailWith(const char* operation, int error) const {
   Windows::FailWith(operation, path_, static_cast<DWORD>(error));
 }
 
-std::int64_t File::Size() const {
+std::int64_t File::SizeOnDisk() const {
   LARGE_INTEGER size = {};
   if (GetFileSizeEx(HandleOf(handle_), &size) == 0)
     FailWith("measure", static_cast<int>(GetLastError()));
@@ -86,6 +89,9 @@ std::int64_t File::Size() const {
 std::size_t File::ReadSomeAt(std::int64_t offset, char* buffer, std::size_t length) const {
   faults_->Step("read", path_);
   if (offset < 0) FailWith("read", ERROR_NEGATIVE_SEEK);
+  if (length_)
+    length = static_cast<std::size_t>(
+        std::clamp<std::int64_t>(*length_ - offset, 0, static_cast<std::int64_t>(length)));
   std::size_t done = 0;
   while (done < length) {
     OVERLAPPED place = At(offset + static_cast<std::int64_t>(done));
@@ -103,6 +109,7 @@ void File::WriteAt(std::int64_t offset, std::string_view bytes) {
   faults_->Step("write", path_);
   const DWORD error = WriteBytes(HandleOf(handle_), offset, bytes);
   if (error != ERROR_SUCCESS) FailWith("write", static_cast<int>(error));
+  NoteWritten(offset + static_cast<std::int64_t>(bytes.size()));
 }
 
 void File::WriteAt(std::int64_t offset, const std::vector<std::string_view>& parts) {
@@ -112,6 +119,7 @@ void File::WriteAt(std::int64_t offset, const std::vector<std::string_view>& par
     if (error != ERROR_SUCCESS) FailWith("write", static_cast<int>(error));
     offset += static_cast<std::int64_t>(block.size());
   }
+  NoteWritten(offset);
 }
 
 void File::CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t length,
@@ -124,6 +132,7 @@ void File::CopyFrom(const File& source, std::int64_t sourceOffset, std::int64_t 
     source.ReadAt(sourceOffset, block.data(), block.size());
     const DWORD error = WriteBytes(HandleOf(handle_), offset, block);
     if (error != ERROR_SUCCESS) FailWith("copy to", static_cast<int>(error));
+    NoteWritten(offset + static_cast<std::int64_t>(block.size()));
     const auto count = static_cast<std::int64_t>(block.size());
     sourceOffset += count;
     offset += count;
@@ -139,7 +148,7 @@ void File::Reserve(std::int64_t offset, std::int64_t length) {
   if (refused != ERROR_SUCCESS) FailWith("reserve", static_cast<int>(refused));
   FILE_ALLOCATION_INFO room = {};
   // Less than the file's length would cut it.
-  room.AllocationSize.QuadPart = std::max(offset + length, Size());
+  room.AllocationSize.QuadPart = std::max(offset + length, SizeOnDisk());
   if (SetFileInformationByHandle(HandleOf(handle_), FileAllocationInfo, &room, sizeof(room)) != 0)
     return;
   const DWORD error = GetLastError();
@@ -147,14 +156,21 @@ void File::Reserve(std::int64_t offset, std::int64_t length) {
                                               ERROR_CALL_NOT_IMPLEMENTED, ERROR_INVALID_PARAMETER};
   if (std::find(kNotThere.begin(), kNotThere.end(), error) == kNotThere.end())
     FailWith("reserve", static_cast<int>(error));
+  ReserveByWriting(offset + length);
+}
+
+bool File::SetSizeOnDisk(std::int64_t size) const noexcept {
+  FILE_END_OF_FILE_INFO end = {};
+  end.EndOfFile.QuadPart = size;
+  return SetFileInformationByHandle(HandleOf(handle_), FileEndOfFileInfo, &end, sizeof(end)) != 0;
 }
 
 void File::SetSize(std::int64_t size) {
   faults_->Step("resize", path_);
-  FILE_END_OF_FILE_INFO end = {};
-  end.EndOfFile.QuadPart = size;
-  if (SetFileInformationByHandle(HandleOf(handle_), FileEndOfFileInfo, &end, sizeof(end)) == 0)
-    FailWith("resize", static_cast<int>(GetLastError()));
+  // What has been reserved is NULs already, and stays.
+  const bool isWithinRoom = length_ && size >= *length_ && size <= SizeOnDisk();
+  if (!isWithinRoom && !SetSizeOnDisk(size)) FailWith("resize", static_cast<int>(GetLastError()));
+  length_ = isWithinRoom ? std::optional(size) : std::nullopt;
 }
 
 void File::StartWriting(std::int64_t /*offset*/, std::int64_t /*length*/) {}
@@ -167,6 +183,8 @@ void File::Sync() {
 void File::Close() {
   if (handle_ == kNone) return;
   faults_->Step("close", path_);
+  const auto length = std::exchange(length_, std::nullopt);
+  if (length && !SetSizeOnDisk(*length)) FailWith("resize", static_cast<int>(GetLastError()));
   if (CloseHandle(HandleOf(std::exchange(handle_, kNone))) == 0)
     FailWith("close", static_cast<int>(GetLastError()));
 }
