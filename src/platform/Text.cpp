@@ -117,6 +117,54 @@ bool HasAt(std::string_view text, std::size_t position, std::string_view part) {
   return true;
 }
 
+// A mark that stands behind its letter, with the letters of Windows-1252 that it makes others of.
+struct Mark {
+  unsigned code;
+  std::string_view letters;
+  std::string_view marked;
+};
+constexpr std::array<Mark, 8> kMarks = {{
+    {0x300, "AEIOUaeiou", "\xC0\xC8\xCC\xD2\xD9\xE0\xE8\xEC\xF2\xF9"},
+    {0x301, "AEIOUYaeiouy", "\xC1\xC9\xCD\xD3\xDA\xDD\xE1\xE9\xED\xF3\xFA\xFD"},
+    {0x302, "AEIOUaeiou", "\xC2\xCA\xCE\xD4\xDB\xE2\xEA\xEE\xF4\xFB"},
+    {0x303, "ANOano", "\xC3\xD1\xD5\xE3\xF1\xF5"},
+    {0x308, "AEIOUYaeiouy", "\xC4\xCB\xCF\xD6\xDC\x9F\xE4\xEB\xEF\xF6\xFC\xFF"},
+    {0x30A, "Aa", "\xC5\xE5"},
+    {0x30C, "SZsz", "\x8A\x8E\x9A\x9E"},
+    {0x327, "Cc", "\xC7\xE7"},
+}};
+
+// Puts a mark on the last letter of `text`; false if there is no such letter.
+bool PutMarkOn(std::string& text, unsigned code) {
+  const auto mark = std::find_if(kMarks.begin(), kMarks.end(),
+                                 [&](const Mark& known) { return known.code == code; });
+  if (mark == kMarks.end() || text.empty()) return false;
+  const std::size_t letter = mark->letters.find(text.back());
+  if (letter == std::string_view::npos) return false;
+  text.back() = mark->marked[letter];
+  return true;
+}
+
+// UTF-8 as Windows-1252 bytes; `add` may add a character that the code page lacks.
+template <typename Add>
+std::optional<std::string> Decoded(std::string_view utf8, Add add) {
+  std::string out;
+  out.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const std::size_t length = LengthByFirstByte(static_cast<unsigned char>(utf8[0]));
+    if (length == 0 || length > utf8.size()) return std::nullopt;
+    const std::optional<unsigned> code = DecodeCharacter(utf8.substr(0, length));
+    if (!code) return std::nullopt;
+    const std::optional<char> letter = FromUnicode(*code);
+    if (letter)
+      out += *letter;
+    else if (!add(out, *code))
+      return std::nullopt;
+    utf8.remove_prefix(length);
+  }
+  return out;
+}
+
 }  // namespace
 
 namespace Text {
@@ -129,19 +177,11 @@ std::string ToUtf8(std::string_view text) {
 }
 
 std::optional<std::string> FromUtf8(std::string_view utf8) {
-  std::string out;
-  out.reserve(utf8.size());
-  while (!utf8.empty()) {
-    const std::size_t length = LengthByFirstByte(static_cast<unsigned char>(utf8[0]));
-    if (length == 0 || length > utf8.size()) return std::nullopt;
-    const std::optional<unsigned> code = DecodeCharacter(utf8.substr(0, length));
-    if (!code) return std::nullopt;
-    const std::optional<char> letter = FromUnicode(*code);
-    if (!letter) return std::nullopt;
-    out += *letter;
-    utf8.remove_prefix(length);
-  }
-  return out;
+  return Decoded(utf8, [](std::string& /*out*/, unsigned /*code*/) { return false; });
+}
+
+std::optional<std::string> FromDecomposedUtf8(std::string_view utf8) {
+  return Decoded(utf8, PutMarkOn);
 }
 
 std::string FromUtf8Lossy(std::string_view utf8) {

@@ -19,6 +19,10 @@ std::string ToUtf8(std::string_view text);
 /// that Windows-1252 doesn't have.
 std::optional<std::string> FromUtf8(std::string_view utf8);
 
+/// The same for UTF-8 in which a letter's mark may stand behind it as a character of its own, as
+/// some systems write file names (NFD).
+std::optional<std::string> FromDecomposedUtf8(std::string_view utf8);
+
 /// UTF-8 as Windows-1252 bytes for people to read: a character that Windows-1252 doesn't have, and
 /// a byte that is no UTF-8, become "?".
 std::string FromUtf8Lossy(std::string_view utf8);

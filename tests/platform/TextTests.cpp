@@ -37,6 +37,11 @@ TEST(Text, FromUtf8RefusesWhatIsMalformedOrUnknown) {
       "a\u0308",      // a with a separate diaeresis
       "\U0001F600"};  // four bytes
   for (const std::string& utf8 : bad) EXPECT_EQ(Text::FromUtf8(utf8), std::nullopt) << utf8;
+  EXPECT_EQ(Text::FromDecomposedUtf8("A\u0308pfel, c\u0327a, s\u030C"),
+            "\xC4pfel, \xE7"
+            "a, \x9A");
+  EXPECT_EQ(Text::FromDecomposedUtf8("x\u0308"), std::nullopt);
+  EXPECT_EQ(Text::FromDecomposedUtf8("\u0308"), std::nullopt);
   EXPECT_EQ(Text::FromUtf8Lossy("a\U0001F600\xC3z"), "a??z")
       << "one for a character, or a bad byte";
 }

@@ -24,7 +24,7 @@ using Kind = Place::Kind;
 std::optional<std::string> NameOnDisk(std::string_view native) {
   if (native.find_first_of("\\:*?") != std::string_view::npos || Lookup::IsLockFile(native))
     return std::nullopt;
-  return Text::FromUtf8(native);
+  return Text::FromDecomposedUtf8(native);
 }
 
 Kind KindOf(const struct stat& status) {
@@ -68,26 +68,37 @@ bool HasEntry(const std::string& folder, const std::string& name, int& error) {
   return false;
 }
 
-// The name on disk, engine text, that one component stands for; nothing if there is none, and
-// then `error` is 0 unless the folder couldn't be looked at.
-std::optional<std::string> FindEntry(const std::string& folder, const std::string& written,
-                                     int& error) {
+// A name on disk: as engine text, and its own bytes, which may write the same otherwise.
+struct NamedEntry {
+  std::string name;
+  std::string native;
+};
+
+NamedEntry AsWritten(const std::string& name) {
+  return {name, Text::ToUtf8(name)};
+}
+
+// The entry that one component stands for; nothing if there is none, and then `error` is 0 unless
+// the folder couldn't be looked at.
+std::optional<NamedEntry> FindEntry(const std::string& folder, const std::string& written,
+                                    int& error) {
   error = 0;
-  if (HasEntry(folder, written, error)) return written;
+  if (HasEntry(folder, written, error)) return AsWritten(written);
   if (error != 0) return std::nullopt;
   const std::string name(WithoutTrailingDots(written));
   if (name.empty()) return std::nullopt;
-  if (name != written && HasEntry(folder, name, error)) return name;
+  if (name != written && HasEntry(folder, name, error)) return AsWritten(name);
   if (error != 0) return std::nullopt;
 
-  std::optional<std::string> best;
+  std::optional<NamedEntry> best;
   FolderWalk walk(folder);
   while (const dirent* const entry = walk.Next()) {
     std::optional<std::string> found = NameOnDisk(entry->d_name);
     if (!found) continue;
     const bool matches =
         Text::EqualsIgnoringCase(*found, name) || Text::EqualsIgnoringCase(*found, written);
-    if (matches && (!best || ComesBefore(*found, *best))) best = std::move(found);
+    if (matches && (!best || ComesBefore(*found, best->name)))
+      best = {*std::move(found), entry->d_name};
   }
   // A folder may let its entries be opened and yet not be listed: then exact names are all.
   if (walk.Error() != EACCES) error = walk.Error();
@@ -129,9 +140,10 @@ void Enter(Place& place, const std::string& written) {
   const std::string folder = place.native;
   place.asWritten = WithoutTrailingDots(written);
   int error = 0;
-  const std::optional<std::string> found = FindEntry(folder, written, error);
-  place.name = found.value_or(place.asWritten);
-  place.native = Below(folder, Text::ToUtf8(place.name));
+  const NamedEntry free = AsWritten(place.asWritten);
+  const std::optional<NamedEntry> found = FindEntry(folder, written, error);
+  place.name = found.value_or(free).name;
+  place.native = Below(folder, found.value_or(free).native);
   if (found) {
     Stat(place);
   } else if (error != 0) {

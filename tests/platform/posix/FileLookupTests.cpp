@@ -115,12 +115,30 @@ TEST_F(FileLookup, LinksThatLeadNowhereAreNeitherFoundNorWrittenThrough) {
 }
 
 TEST_F(FileLookup, NamesThatCannotBeSaidAreNeverFound) {
-  for (const char* name : {"a\xFF", "a\u0100", "a:b", "a\\b", "a*b", "a?b", "a\u0308"})
+  for (const char* name : {"a\xFF", "a\u0100", "a:b", "a\\b", "a*b", "a?b", "x\u0308"})
     folder_.Write(name, "x");
   EXPECT_EQ(files_.FindAll(folder_.Dos("*"), kEverything), Names());
   EXPECT_THROW(files_.Delete(folder_.Dos("a*b")), Failure);
   EXPECT_EQ(folder_.List().size(), 7U);
   EXPECT_THROW(static_cast<void>(files_.ToDosText(folder_.At("a:b"))), Failure);
+}
+
+TEST_F(FileLookup, MarksMayStandBehindTheirLetters) {
+  folder_.Write("Lo\u0308we/u\u0308BER.txt", "old");
+  const std::string path = folder_.Dos(
+      "l\xF6we\\\xDC"
+      "ber.txt");
+  EXPECT_EQ(files_.FindAll(folder_.Dos("L\xF6we\\\xDC*"), kEverything), Names{"\xFC"
+                                                                              "BER.txt"});
+  EXPECT_EQ(files_.FindFirst(path, kEverything),
+            "\xFC"
+            "BER.txt");
+  files_.WriteWhole(path, "new");
+  EXPECT_EQ(folder_.Read("Lo\u0308we/u\u0308BER.txt"), "new");
+  EXPECT_EQ(files_.ToNative(files_.ToDosText(folder_.At("Lo\u0308we"))), folder_.At("Lo\u0308we"));
+  files_.Copy(path, folder_.Dos("l\xF6we\\\xE4.txt"));
+  files_.Delete(path);
+  EXPECT_EQ(folder_.List("Lo\u0308we"), Names{"\u00E4.txt"});
 }
 
 TEST_F(FileLookup, TheDirectoryQueryGoesByMaskAndOrderOfNames) {
