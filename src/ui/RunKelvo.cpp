@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QTranslator>
 #include <filesystem>
+#include <iostream>
 
 #include "controls/Fonts.h"
 #include "core/basDebugLog.h"
@@ -32,6 +33,12 @@ void InstallTranslator(QTranslator& translator) {
 
 int RunKelvo(int argc, char** argv) {
   Process::PrepareStreams();
+  // Ahead of the toolkit, which needs a display.
+  const std::vector<std::string> words = Process::Arguments(argc, argv);
+  if (words.size() == 2 && words[1] == "--version") {
+    std::cout << "kelvo " KELVO_VERSION "\n";
+    return 0;
+  }
   basDebugLog::SetRecorder(basDebugLog::RecorderFromEnvironment());
   QApplication application(argc, argv);
   QApplication::setApplicationName("KELVO");
