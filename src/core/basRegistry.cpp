@@ -3,6 +3,7 @@
 #include "core/basDebugLog.h"
 #include "platform/DosPath.h"
 #include "platform/FileAssociation.h"
+#include "platform/FileSystem.h"
 #include "platform/Text.h"
 
 namespace basRegistry {
@@ -12,10 +13,13 @@ std::string RegReadValue(const Registry::Source& source, Registry::Root root,
   return Registry::ReadValue(source, root, subKey, valueName);
 }
 
-std::string FindGameDirectory(const Registry::Source& source) {
+std::string FindGameDirectory(const FileSystem& files, const Registry::Source& source) {
   std::string path =
       RegReadValue(source, Registry::Root::kLocalMachine,
                    R"(SOFTWARE\Rockstar Games\GTA San Andreas\Installation)", "ExePath");
+  if (path.empty() && !source.steamGames.empty())
+    Trapped("basRegistry.FindGameDirectory",
+            [&] { path = files.ToDosText(source.steamGames.front()); });
   path = Text::LowerCase(Text::Replace(path, "\"", ""));
   return Text::Replace(path, "\\gta_sa.exe", "");
 }

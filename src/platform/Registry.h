@@ -16,7 +16,10 @@ struct Source {
   /// Wine prefixes (folders with a `system.reg`), in the order in which they are asked.
   std::vector<std::filesystem::path> prefixes;
 
-  /// WINEPREFIX, ~/.wine, and the game's prefix below the usual roots of Steam.
+  /// Folders of the game that Steam has installed, for whom no prefix knows it.
+  std::vector<std::filesystem::path> steamGames = {};
+
+  /// WINEPREFIX, ~/.wine, and the game and its prefix in all libraries of Steam.
   static Source FromEnvironment();
 };
 

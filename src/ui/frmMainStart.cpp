@@ -112,7 +112,8 @@ void frmMain::ReadSettings() {
 
 void frmMain::FindGameDirectory() {
   if (session_.SAInstallDir.empty()) {
-    session_.SAInstallDir = basRegistry::FindGameDirectory(surroundings_.registry);
+    session_.SAInstallDir =
+        basRegistry::FindGameDirectory(surroundings_.files, surroundings_.registry);
   }
   if (!basMain::IsGameDirectory(surroundings_.files, session_.SAInstallDir)) cmdOptions_Click();
   picSAInstallDir->ShowDirectory();

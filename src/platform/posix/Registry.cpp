@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -11,12 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "platform/Failure.h"
 #include "platform/Text.h"
 #include "platform/posix/Place.h"
+#include "platform/posix/QuotedText.h"
 #include "platform/posix/System.h"
 
 // A `system.reg` is text, one line after the other:
@@ -33,123 +30,10 @@
 
 namespace {
 
+using Posix::LineReader;
+using Posix::TakeQuoted;
+using Posix::TakeText;
 using Registry::Root;
-
-// The lines of a file, in blocks; of an overlong line nothing is given but its beginning.
-class LineReader {
- public:
-  explicit LineReader(const std::string& native)
-      : file_(Posix::OpenOrdinary(native, O_RDONLY)), block_(kBlock, '\0') {}
-
-  bool Next(std::string& line) {
-    line.clear();
-    bool any = false;
-    while (Fill()) {
-      any = true;
-      const std::string_view rest = std::string_view(block_).substr(start_, end_ - start_);
-      const std::size_t stop = rest.find('\n');
-      const std::string_view part = rest.substr(0, stop);
-      line.append(part.substr(0, kLongestLine - std::min(line.size(), kLongestLine)));
-      start_ += part.size();
-      if (stop == std::string_view::npos) continue;
-      ++start_;
-      break;
-    }
-    if (line.ends_with('\r')) line.pop_back();
-    return any;
-  }
-
- private:
-  static constexpr std::size_t kBlock = 65536;
-  static constexpr std::size_t kLongestLine = 65536;
-
-  bool Fill() {
-    if (start_ < end_) return true;
-    if (!file_.IsOpen()) return false;
-    ssize_t count = 0;
-    do {
-      count = read(file_.Number(), block_.data(), block_.size());
-    } while (count < 0 && errno == EINTR);
-    start_ = 0;
-    end_ = count > 0 ? static_cast<std::size_t>(count) : 0;
-    return end_ > 0;
-  }
-
-  Posix::Descriptor file_;
-  std::string block_;
-  std::size_t start_ = 0;
-  std::size_t end_ = 0;
-};
-
-void AppendCharacter(std::string& utf8, unsigned code) {
-  // A UTF-16 unit by itself. Half of a pair comes out malformed, and so makes the text unusable.
-  if (code < 0x80) {
-    utf8 += static_cast<char>(code);
-  } else if (code < 0x800) {
-    utf8 += static_cast<char>(0xC0U | (code >> 6U));
-    utf8 += static_cast<char>(0x80U | (code & 0x3FU));
-  } else {
-    utf8 += static_cast<char>(0xE0U | (code >> 12U));
-    utf8 += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
-    utf8 += static_cast<char>(0x80U | (code & 0x3FU));
-  }
-}
-
-std::optional<unsigned> DigitOf(char letter, unsigned base) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  const std::size_t value = kDigits.find(Text::LowerCase(letter));
-  return value < base ? std::optional(static_cast<unsigned>(value)) : std::nullopt;
-}
-
-// Takes up to `most` digits off the front of `rest`.
-std::optional<unsigned> TakeNumber(std::string_view& rest, unsigned base, int most) {
-  std::optional<unsigned> number;
-  for (int i = 0; i < most && !rest.empty(); ++i) {
-    const std::optional<unsigned> digit = DigitOf(rest.front(), base);
-    if (!digit) break;
-    number = number.value_or(0) * base + *digit;
-    rest.remove_prefix(1);
-  }
-  return number;
-}
-
-// Takes what follows a backslash off the front of `rest`, which isn't empty.
-void TakeEscape(std::string_view& rest, std::string& utf8) {
-  constexpr std::string_view kLetters = "abefnrtv";
-  constexpr std::string_view kMeanings = "\a\b\x1b\f\n\r\t\v";
-  std::optional<unsigned> number = TakeNumber(rest, 8, 3);
-  if (!number) {
-    const char letter = rest.front();
-    rest.remove_prefix(1);
-    if (letter == 'x') number = TakeNumber(rest, 16, 4);
-    const std::size_t known = kLetters.find(letter);
-    if (!number) utf8 += known == std::string_view::npos ? letter : kMeanings[known];
-  }
-  if (number) AppendCharacter(utf8, *number);
-}
-
-// Takes an escaped text and the `end` behind it off the front of `rest`, as UTF-8; nothing if
-// the end is missing.
-std::optional<std::string> TakeText(std::string_view& rest, char end) {
-  std::string utf8;
-  while (!rest.empty()) {
-    const char letter = rest.front();
-    rest.remove_prefix(1);
-    if (letter == end) return utf8;
-    if (letter != '\\')
-      utf8 += letter;
-    else if (!rest.empty())
-      TakeEscape(rest, utf8);
-  }
-  return std::nullopt;
-}
-
-// A text between quotes at the front of `rest`.
-std::optional<std::string> TakeQuoted(std::string_view& rest) {
-  if (!rest.starts_with('"')) return std::nullopt;
-  rest.remove_prefix(1);
-  return TakeText(rest, '"');
-}
 
 bool IsName(const std::string& utf8, std::string_view name) {
   const std::optional<std::string> text = Text::FromUtf8(utf8);
@@ -240,6 +124,65 @@ void AddPrefix(std::vector<std::filesystem::path>& prefixes, const std::filesyst
   if (!error && !known) prefixes.push_back(real);
 }
 
+// Texts of Steam's own files are pairs of quoted texts, and blocks of them:
+//
+//   "libraryfolders"
+//   {
+//     "1"
+//     {
+//       "path"    "/mnt/games/SteamLibrary"
+//     }
+//   }
+//
+// The texts of all values that have a key of which `isWanted` is true, whatever block they are in.
+std::vector<std::string> SteamValues(const std::filesystem::path& file,
+                                     bool (*isWanted)(std::string_view)) {
+  std::vector<std::string> values;
+  std::optional<std::string> key;
+  LineReader reader(file.string());
+  std::string line;
+  while (reader.Next(line)) {
+    std::string_view rest = line;
+    while (!rest.empty() && !rest.starts_with("//")) {
+      if (!rest.starts_with('"')) {
+        if (rest.front() == '{' || rest.front() == '}') key.reset();
+        rest.remove_prefix(1);
+        continue;
+      }
+      std::optional<std::string> text = TakeQuoted(rest);
+      if (!text) break;
+      if (key && isWanted(Text::LowerCase(*key))) values.push_back(*std::move(text));
+      key = key ? std::nullopt : std::move(text);
+    }
+  }
+  return values;
+}
+
+// The folders in which a Steam has its games, its own first.
+std::vector<std::filesystem::path> SteamLibraries(const std::filesystem::path& steam) {
+  std::vector<std::filesystem::path> libraries = {steam};
+  // Before 2021 a library's number had its path as the value.
+  const auto isPath = [](std::string_view key) {
+    return key == "path" || key.find_first_not_of("0123456789") == std::string_view::npos;
+  };
+  for (const char* const file : {"steamapps/libraryfolders.vdf", "config/libraryfolders.vdf"})
+    for (std::string& path : SteamValues(steam / file, isPath))
+      if (path.starts_with('/')) libraries.emplace_back(std::move(path));
+  return libraries;
+}
+
+// The game's own folder in a library, where its manifest has it.
+void AddGame(std::vector<std::filesystem::path>& games, const std::filesystem::path& library) {
+  const auto isFolder = [](std::string_view key) { return key == "installdir"; };
+  const auto names = SteamValues(library / "steamapps/appmanifest_12120.acf", isFolder);
+  std::error_code error;
+  for (const std::string& name : names) {
+    const std::filesystem::path game =
+        std::filesystem::canonical(library / "steamapps/common" / name, error);
+    if (!error && std::find(games.begin(), games.end(), game) == games.end()) games.push_back(game);
+  }
+}
+
 }  // namespace
 
 namespace Registry {
@@ -255,8 +198,12 @@ Source Source::FromEnvironment() {
   if (!named.empty()) AddPrefix(source.prefixes, named);
   if (home.empty()) return source;
   AddPrefix(source.prefixes, home / ".wine");
-  for (const std::string_view root : kSteamRoots)
-    AddPrefix(source.prefixes, home / root / kBelowSteam);
+  for (const std::string_view root : kSteamRoots) {
+    for (const std::filesystem::path& library : SteamLibraries(home / root)) {
+      AddPrefix(source.prefixes, library / kBelowSteam);
+      AddGame(source.steamGames, library);
+    }
+  }
   return source;
 }
 

@@ -100,4 +100,27 @@ TEST_F(WineRegistry, TheUsualPrefixesAreThoseThatExist) {
   EXPECT_EQ(Registry::Source::FromEnvironment().prefixes, (std::vector<fs::path>{wine, steam}));
 }
 
+TEST_F(WineRegistry, EveryLibraryOfSteamIsLookedInto) {
+  const EnvironmentVariable home("HOME", folder_.At("home").string());
+  const EnvironmentVariable named("WINEPREFIX", "");
+  const std::string steam = "home/.local/share/Steam/";
+  const fs::path inNew = MakePrefix("new \"l\u00E4\"/steamapps/compatdata/12120/pfx", "");
+  const fs::path inOld = MakePrefix("old/steamapps/compatdata/12120/pfx", "");
+  const std::string folder = folder_.Native().string();
+  folder_.Write(steam + "steamapps/libraryfolders.vdf",
+                "\"libraryfolders\"\n{\n\t// \"path\" \"/none\"\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\"" +
+                    folder +
+                    "/new "
+                    "\\\"l\u00E4\\\"\"\n\t\t\"label\"\t\t\"\"\n\t\t\"apps\"\n\t\t{"
+                    "\n\t\t\t\"12120\"\t\t\"46\"\n\t\t}\n\t}\n}\n");
+  folder_.Write(steam + "config/libraryfolders.vdf",
+                "\"LibraryFolders\"{\"ContentStatsID\" \"-7\" \"1\" \"" + folder + "/old\" \"2");
+  folder_.Write("old/steamapps/appmanifest_12120.acf",
+                "\"AppState\"\n{\n\t\"appid\"\t\"12120\"\n\t\"installdir\"\t\"The Game\"\n}\n");
+  folder_.MakeFolder("old/steamapps/common/The Game");
+  const Registry::Source source = Registry::Source::FromEnvironment();
+  EXPECT_EQ(source.prefixes, (std::vector<fs::path>{inNew, inOld}));
+  EXPECT_EQ(source.steamGames, std::vector<fs::path>{folder_.At("old/steamapps/common/The Game")});
+}
+
 }  // namespace
