@@ -48,24 +48,6 @@ int HandleFromValue(const Track& track, const Scale& scale, std::int32_t value);
 /// In the handle's pictures the colour RGB 255, 0, 255 is transparent.
 class CtrlScroller : public QWidget {
   Q_OBJECT
-  Q_PROPERTY(QString Code MEMBER Code)
-  Q_PROPERTY(QString ProcedureClick MEMBER ProcedureClick)
-  Q_PROPERTY(QString ProcedureMouseMove MEMBER ProcedureMouseMove)
-  Q_PROPERTY(QString ProcedureMouseDown MEMBER ProcedureMouseDown)
-  Q_PROPERTY(QString ProcedureMouseUp MEMBER ProcedureMouseUp)
-  Q_PROPERTY(QString Action MEMBER Action)
-  Q_PROPERTY(std::int32_t Max READ Max WRITE SetMax)
-  Q_PROPERTY(std::int32_t RMax READ RMax WRITE SetRMax)
-  Q_PROPERTY(std::int32_t RMin READ RMin WRITE SetRMin)
-  Q_PROPERTY(std::int32_t Min READ Min WRITE SetMin)
-  Q_PROPERTY(std::int32_t Value READ Value WRITE SetValue)
-  Q_PROPERTY(QPixmap Bar READ Bar WRITE SetBar)
-  Q_PROPERTY(QPixmap BarOver READ BarOver WRITE SetBarOver)
-  Q_PROPERTY(QPixmap ScrollBefore READ ScrollBefore WRITE SetScrollBefore)
-  Q_PROPERTY(QPixmap ScrollAfter READ ScrollAfter WRITE SetScrollAfter)
-  Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-  Q_PROPERTY(bool Vertical READ Vertical WRITE SetVertical)
-  Q_PROPERTY(bool Snap READ Snap WRITE SetSnap)
 
  public:
   explicit CtrlScroller(QWidget* parent = nullptr);

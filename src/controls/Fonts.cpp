@@ -17,8 +17,6 @@ constexpr const char* kMarlett = "Marlett";
 constexpr std::array<const char*, 2> kFreeFonts = {"/usr/share/wine/fonts/tahoma.ttf",
                                                    "/usr/share/wine/fonts/marlett.ttf"};
 
-bool pretendMarlettIsMissing = false;
-
 bool IsThere(const char* family) {
   return QFontDatabase::families().contains(family);
 }
@@ -45,6 +43,10 @@ std::vector<Stroke> StrokesOf(QChar glyph) {
   }
 }
 
+}  // namespace
+
+namespace Fonts {
+
 void DrawGlyph(QPainter& painter, const QRect& box, int size, QChar glyph) {
   constexpr double kTenths = 10.0;
   const double unit = size / kTenths;
@@ -65,10 +67,6 @@ void DrawGlyph(QPainter& painter, const QRect& box, int size, QChar glyph) {
   }
   painter.restore();
 }
-
-}  // namespace
-
-namespace Fonts {
 
 void Load() {
   for (const char* const file : kFreeFonts) {
@@ -93,11 +91,7 @@ QFont Marlett(int pixels) {
 }
 
 bool NeedsDrawnGlyphs(const QFont& font) {
-  return font.families().contains(kMarlett) && (pretendMarlettIsMissing || !IsThere(kMarlett));
-}
-
-void PretendMarlettIsMissing(bool missing) {
-  pretendMarlettIsMissing = missing;
+  return font.families().contains(kMarlett) && !IsThere(kMarlett);
 }
 
 QSize CaptionSize(const QFont& font, const QString& caption) {

@@ -24,14 +24,15 @@ QFont Marlett(int pixels);
 
 /// Whether the font is Marlett and isn't there, so that its letters have to be drawn.
 bool NeedsDrawnGlyphs(const QFont& font);
-/// For tests: as if Marlett weren't there.
-void PretendMarlettIsMissing(bool missing);
 
 /// Size of a caption in pixels. Line breaks count.
 QSize CaptionSize(const QFont& font, const QString& caption);
-/// Draws a caption into `box`, centred, in the painter's pen colour. Letters of Marlett that
-/// stand for glyphs ("r" close, "0" minimise, "1" maximise, "2" restore, "a" and "b" check mark)
-/// are drawn as shapes of the same box and colour where the font is missing.
+/// Draws a caption into `box`, centred, in the painter's pen colour. Letters of Marlett are drawn
+/// as shapes where the font is missing.
 void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption);
+/// Draws the shape that a letter of Marlett stands for ("r" close, "0" minimise, "1" maximise, "2"
+/// restore, "a" and "b" check mark) in the middle of `box`, `size` pixels to a side, in the pen's
+/// colour. Other letters stand for nothing.
+void DrawGlyph(QPainter& painter, const QRect& box, int size, QChar glyph);
 
 }  // namespace Fonts

@@ -17,9 +17,6 @@
 /// The order of setting matters: `Max` puts `Value` back to 0.
 class tc_PBar : public QWidget {
   Q_OBJECT
-  Q_PROPERTY(std::int16_t Value READ Value WRITE SetValue)
-  Q_PROPERTY(std::int16_t Max READ Max WRITE SetMax)
-  Q_PROPERTY(std::int16_t Min READ Min WRITE SetMin)
 
  public:
   /// What a position below the range fails with.
