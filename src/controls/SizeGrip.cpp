@@ -2,15 +2,11 @@
 
 #include <QCursor>
 #include <QEvent>
-#include <QImage>
 #include <QMdiArea>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
-#include <QWindow>
-#include <algorithm>
-#include <array>
-#include <cmath>
+#include <utility>
 
 #include "controls/DevicePixels.h"
 #include "controls/Input.h"
@@ -19,41 +15,10 @@ namespace {
 
 constexpr int kPictureSide = 16;
 constexpr QRgb kBack = qRgb(159, 165, 181);
-constexpr QRgb kLine = qRgb(221, 223, 230);
 
 bool IsPlainForm(const QWidget* widget) {
   if (widget == nullptr || !widget->isWindow()) return false;
   return widget->findChild<QMdiArea*>(QString(), Qt::FindDirectChildrenOnly) == nullptr;
-}
-
-// Whether one of the three lines runs through a point of the 16 by 16 picture. They run from the
-// lower edge up to the right one, and leave the outermost pixel of both free:
-//
-//   . . . . . . .
-//   . . . . . / .
-//   . . . . / . .
-//   . . . / . / .
-//   . . / . / . .
-//   . . . . . . .
-bool IsOnLine(double x, double y) {
-  constexpr std::array<double, 3> kLines = {19, 23, 27};  // x + y of each
-  constexpr double kHalfWidth = 0.7;
-  constexpr double kEnd = kPictureSide - 1;
-  if (x > kEnd || y > kEnd) return false;
-  return std::any_of(kLines.begin(), kLines.end(),
-                     [&](double line) { return std::abs(x + y - line) < kHalfWidth; });
-}
-
-// The picture with `side` pixels of the device to an edge; no pixel has a colour in between.
-QImage DrawPicture(int side) {
-  QImage picture(side, side, QImage::Format_RGB32);
-  const double step = static_cast<double>(kPictureSide) / side;
-  for (int y = 0; y < side; ++y) {
-    for (int x = 0; x < side; ++x) {
-      picture.setPixel(x, y, IsOnLine((x + 0.5) * step, (y + 0.5) * step) ? kLine : kBack);
-    }
-  }
-  return picture;
 }
 
 }  // namespace
@@ -64,21 +29,23 @@ SizeGrip::SizeGrip(QWidget* parent) : QWidget(parent) {
   TakeForm();
 }
 
-void SizeGrip::SetPicture(const QPixmap& picture) {
-  picture_ = picture;
-  update();
-}
-
 void SizeGrip::TakeForm() {
   if (QWidget* const former = eForm_) former->removeEventFilter(this);
   QWidget* const form = IsPlainForm(parentWidget()) ? parentWidget() : nullptr;
   eForm_ = form;
   if (form != nullptr) form->installEventFilter(this);
-  setCursor(form != nullptr ? Qt::SizeFDiagCursor : Qt::ArrowCursor);
+  ShowCursor();
+}
+
+void SizeGrip::ShowCursor() {
+  const bool canSize = eForm_ && !eForm_->isMaximized() && !eForm_->isFullScreen();
+  setCursor(canSize ? Qt::SizeFDiagCursor : Qt::ArrowCursor);
 }
 
 bool SizeGrip::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == eForm_ && event->type() == QEvent::Resize) Place();
+  if (watched != eForm_) return false;
+  if (event->type() == QEvent::Resize) Place();
+  if (event->type() == QEvent::WindowStateChange) ShowCursor();
   return false;
 }
 
@@ -129,13 +96,9 @@ void SizeGrip::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const DevicePixels pixels(painter);
   painter.fillRect(pixels.Snap(rect()), QColor(kBack));
-  const QRect place = SizeGripGeometry::Corner(size(), {kPictureSide, kPictureSide});
-  if (picture_.isNull()) {
-    const QRect area = pixels.Snap(place);
-    painter.drawImage(area.topLeft(), DrawPicture(area.width()));
-  } else {
-    pixels.Draw(painter, place, picture_, QRectF({0, 0}, picture_.deviceIndependentSize()));
-  }
+  const QPixmap& picture = picture_.At(pixels.Ratio());
+  pixels.Draw(painter, SizeGripGeometry::Corner(size(), {kPictureSide, kPictureSide}), picture,
+              QRectF({0, 0}, picture.deviceIndependentSize()));
 }
 
 void SizeGrip::Tell(MouseSignal signal, Qt::MouseButtons buttons, const QMouseEvent& event) {
@@ -149,6 +112,7 @@ void SizeGrip::mousePressEvent(QMouseEvent* event) {
   if (!eForm_) {
     Tell(&SizeGrip::MouseDown, event->button(), *event);
   } else if (event->button() == Qt::LeftButton) {
+    hasTakenCorner_ = true;
     SizeFrom(eForm_, event->globalPosition());
   }
 }
@@ -159,53 +123,23 @@ void SizeGrip::DoSize(QWidget* AnyHwnd) {
 
 void SizeGrip::SizeFrom(QWidget* AnyHwnd, const QPointF& mouse) {
   if (AnyHwnd == nullptr) return;
-  if (QWidget* const grabber = QWidget::mouseGrabber()) grabber->releaseMouse();
-  QWidget* const window = AnyHwnd->window();
-  QWindow* const handle = window->windowHandle();
-  if (handle != nullptr && handle->startSystemResize(Qt::RightEdge | Qt::BottomEdge)) return;
-  dragged_ = window;
-  draggedFrom_ = window->size();
-  draggedAt_ = mouse;
-  grabMouse();
+  drag_.Start(AnyHwnd->window(), Qt::RightEdge | Qt::BottomEdge, Qt::LeftButton, mouse);
 }
 
-void SizeGrip::EndDrag() {
-  dragged_ = nullptr;
-  releaseMouse();
-}
-
-void SizeGrip::FollowMouse(const QMouseEvent& event) {
-  if (!event.buttons().testFlag(Qt::LeftButton)) return EndDrag();  // the release went elsewhere
-  dragged_->resize(SizeGripGeometry::Dragged(draggedFrom_, event.globalPosition() - draggedAt_,
-                                             dragged_->minimumSize(), dragged_->maximumSize()));
-}
-
-// During a drag the mouse belongs to it; nobody hears of its events.
 void SizeGrip::mouseMoveEvent(QMouseEvent* event) {
-  if (dragged_) {
-    FollowMouse(*event);
-  } else {
-    Tell(&SizeGrip::MouseMove, event->buttons(), *event);
-  }
+  Tell(&SizeGrip::MouseMove, event->buttons(), *event);
 }
 
+// The release of a press that has taken the window's corner is the drag's.
 void SizeGrip::mouseReleaseEvent(QMouseEvent* event) {
-  if (!dragged_) {
-    Tell(&SizeGrip::MouseUp, event->button(), *event);
-  } else if (event->button() == Qt::LeftButton) {
-    EndDrag();
-  }
+  if (event->button() == Qt::LeftButton && std::exchange(hasTakenCorner_, false)) return;
+  Tell(&SizeGrip::MouseUp, event->button(), *event);
 }
 
 namespace SizeGripGeometry {
 
 QRect Corner(const QSize& form, const QSize& grip) {
   return {QPoint(form.width() - grip.width(), form.height() - grip.height()), grip};
-}
-
-QSize Dragged(const QSize& start, const QPointF& way, const QSize& minimum, const QSize& maximum) {
-  const QPoint moved = way.toPoint();
-  return (start + QSize(moved.x(), moved.y())).expandedTo(minimum).boundedTo(maximum);
 }
 
 }  // namespace SizeGripGeometry

@@ -1,12 +1,14 @@
 #pragma once
 
-#include <QPixmap>
 #include <QPointF>
 #include <QPointer>
 #include <QRect>
 #include <QSize>
 #include <QWidget>
 #include <cstdint>
+
+#include "controls/Skin.h"
+#include "platform/window/WindowDrag.h"
 
 /// A grip that keeps itself in the lower right corner of its parent and resizes it with the
 /// mouse, as if the window's own corner had been taken.
@@ -15,10 +17,6 @@
 /// documents, it stays where it is put and only tells its mouse events.
 class SizeGrip : public QWidget {
   Q_OBJECT
-  Q_PROPERTY(bool AutoZOrder READ AutoZOrder WRITE SetAutoZOrder)
-  Q_PROPERTY(std::int32_t HScrollHeight READ HScrollHeight)
-  Q_PROPERTY(std::int32_t VScrollWidth READ VScrollWidth)
-  Q_PROPERTY(QPixmap Picture READ Picture WRITE SetPicture)
 
  public:
   explicit SizeGrip(QWidget* parent = nullptr);
@@ -35,13 +33,9 @@ class SizeGrip : public QWidget {
   [[nodiscard]] std::int32_t HScrollHeight() const { return hScrollHeight_; }
   [[nodiscard]] std::int32_t VScrollWidth() const { return vScrollWidth_; }
 
-  /// The look, 16 by 16 pixels, which lies in the grip's lower right corner. A null picture, as
-  /// at first, means the grip's own drawing.
-  [[nodiscard]] QPixmap Picture() const { return picture_; }
-  void SetPicture(const QPixmap& picture);
-
   /// Starts the system's size drag on the lower right corner of that window. Where the system
-  /// refuses, the window follows the mouse from here until the button is released.
+  /// refuses, the window follows the mouse from here until the button is released. Nothing happens
+  /// to a window that is maximised.
   void DoSize(QWidget* AnyHwnd);
 
  signals:
@@ -65,30 +59,25 @@ class SizeGrip : public QWidget {
   using MouseSignal = void (SizeGrip::*)(std::int16_t, std::int16_t, float, float);
 
   void TakeForm();
+  void ShowCursor();
   void SizeFrom(QWidget* AnyHwnd, const QPointF& mouse);
-  void EndDrag();
   void Place();
   bool TakeMetrics();
-  void FollowMouse(const QMouseEvent& event);
   void Tell(MouseSignal signal, Qt::MouseButtons buttons, const QMouseEvent& event);
 
   QPointer<QWidget> eForm_;
   bool autoZOrder_ = true;
   std::int32_t hScrollHeight_ = 0;
   std::int32_t vScrollWidth_ = 0;
-  bool placing_ = false;  // moving the grip raises its own events
-  QPixmap picture_;
-  // The window that follows the mouse, or null; its size and the mouse's place at the start.
-  QPointer<QWidget> dragged_;
-  QSize draggedFrom_;
-  QPointF draggedAt_;
+  bool placing_ = false;              // moving the grip raises its own events
+  SkinPicture picture_{"size_grip"};  // 16 by 16 pixels
+  WindowDrag drag_;
+  bool hasTakenCorner_ = false;
 };
 
 namespace SizeGripGeometry {
 
 /// Where a grip of this size fills the corner of the form's inner area.
 QRect Corner(const QSize& form, const QSize& grip);
-/// Size of a window whose corner has been dragged that far.
-QSize Dragged(const QSize& start, const QPointF& way, const QSize& minimum, const QSize& maximum);
 
 }  // namespace SizeGripGeometry

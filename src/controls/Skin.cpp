@@ -10,12 +10,28 @@ static void InitSkinResource() {
   Q_INIT_RESOURCE(skin);
 }
 
+namespace {
+
+// There are two densities for all screens.
+bool IsFine(qreal ratio) {
+  return ratio > 1;
+}
+
+}  // namespace
+
+const QPixmap& SkinPicture::At(qreal ratio) {
+  if (picture_.isNull() || IsFine(ratio) != IsFine(picture_.devicePixelRatio())) {
+    picture_ = Skin::Picture(name_, ratio);
+  }
+  return picture_;
+}
+
 namespace Skin {
 
 QPixmap Picture(const QString& name, qreal ratio) {
   InitSkinResource();
   constexpr qreal kFine = 2;
-  const bool isFine = ratio > 1;
+  const bool isFine = IsFine(ratio);
   QPixmap picture(":/skin/" + name + (isFine ? "@2x.png" : ".png"));
   if (isFine) picture.setDevicePixelRatio(kFine);
   return picture;

@@ -4,6 +4,7 @@
 #include <QPixmap>
 #include <QSize>
 #include <QString>
+#include <utility>
 
 /// The pictures of the skin, which the build renders from assets/ at one and at two pixels to the
 /// point.
@@ -21,3 +22,15 @@ QSize SizeOf(const QString& name);
 QPixmap WithoutMagenta(const QPixmap& picture);
 
 }  // namespace Skin
+
+/// A picture of the skin that goes with its window from screen to screen.
+class SkinPicture {
+ public:
+  explicit SkinPicture(QString name) : name_(std::move(name)) {}
+  /// The picture at the density of that screen, loaded anew when it isn't the last one's.
+  const QPixmap& At(qreal ratio);
+
+ private:
+  QString name_;
+  QPixmap picture_;
+};

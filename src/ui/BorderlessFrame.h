@@ -2,15 +2,15 @@
 
 #include <QObject>
 #include <QPoint>
-#include <QRect>
 #include <optional>
+
+#include "platform/window/WindowDrag.h"
 
 class QMouseEvent;
 class QWidget;
 
 /// Lets the user move and resize a window that has no frame of the system's: from its outermost
-/// pixels, and by a press that the window hands over. The system runs the move or resize; where
-/// it doesn't, the window follows the mouse.
+/// pixels, and by a press that the window hands over.
 class BorderlessFrame : public QObject {
   Q_OBJECT
 
@@ -30,23 +30,16 @@ class BorderlessFrame : public QObject {
 
   /// The edges that a press at `mouse` takes hold of in a window of that size.
   static Qt::Edges EdgesAt(const QPoint& mouse, const QSize& window);
-  /// The box of a window whose edges have been dragged that far, no smaller than `minimum`.
-  static QRect Dragged(const QRect& start, Qt::Edges edges, const QPoint& way,
-                       const QSize& minimum);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   bool MousePressed(const QMouseEvent& event);
-  bool MouseMoved(const QMouseEvent& event);
+  void MouseMoved(const QMouseEvent& event);
   void ShowCursor(std::optional<Qt::CursorShape> cursor);
 
   QWidget* form_;
   std::optional<Qt::CursorShape> cursor_;  // shown instead of the controls' own
-  // While the window follows the mouse: from where, and which edges; all four mean a move.
-  bool follows_ = false;
-  Qt::Edges edges_;
-  QPoint mouseFrom_;
-  QRect boxFrom_;
+  WindowDrag drag_;
 };

@@ -3,11 +3,9 @@
 #include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QPainter>
-#include <utility>
 
 #include "controls/Colours.h"
 #include "controls/Fonts.h"
-#include "controls/Skin.h"
 
 namespace {
 
@@ -64,10 +62,10 @@ void SkinLabel::paintEvent(QPaintEvent* /*event*/) {
   painter.drawText(rect(), side | Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }
 
-SkinPage::SkinPage(QWidget* parent, const char* name, QString picture)
-    : QWidget(parent), pictureName_(std::move(picture)) {
+SkinPage::SkinPage(QWidget* parent, const char* name, const QString& picture)
+    : QWidget(parent), picture_(picture) {
   setObjectName(name);
-  resize(Skin::SizeOf(pictureName_));
+  resize(Skin::SizeOf(picture));
   QPalette colours = palette();
   colours.setColor(QPalette::Window, Colours::ToQColor(kField));
   setPalette(colours);
@@ -75,11 +73,6 @@ SkinPage::SkinPage(QWidget* parent, const char* name, QString picture)
 
 void SkinPage::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const qreal ratio = painter.device()->devicePixelRatioF();
-  const qreal kept = picture_.devicePixelRatio();
-  if (picture_.isNull() || (ratio > 1) != (kept > 1)) {
-    picture_ = Skin::Picture(pictureName_, ratio);
-  }
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.drawPixmap(0, 0, picture_);
+  painter.drawPixmap(0, 0, picture_.At(painter.device()->devicePixelRatioF()));
 }

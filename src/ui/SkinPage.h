@@ -2,9 +2,10 @@
 
 #include <QFont>
 #include <QLabel>
-#include <QPixmap>
 #include <QString>
 #include <QWidget>
+
+#include "controls/Skin.h"
 
 /// The font with its letters as narrow as it takes for the text to fit into `width` pixels, so that
 /// a layout made for one font holds with another.
@@ -41,12 +42,11 @@ class SkinPage : public QWidget {
 
  public:
   /// `picture`: its name in the skin. The page has its size, at 1x.
-  SkinPage(QWidget* parent, const char* name, QString picture);
+  SkinPage(QWidget* parent, const char* name, const QString& picture);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QString pictureName_;
-  QPixmap picture_;
+  SkinPicture picture_;
 };

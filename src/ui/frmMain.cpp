@@ -115,7 +115,6 @@ void frmMain::CreateFrame() {
   frame_ = new BorderlessFrame(this);
   SizeGrip1 = new SizeGrip(this);
   SizeGrip1->setObjectName("SizeGrip1");
-  SizeGrip1->SetPicture(Skin::Picture("size_grip", devicePixelRatioF()));
   SizeGrip1->setGeometry(640, 549, 16, 16);
 }
 

@@ -4,6 +4,7 @@
 #include <QProxyStyle>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -86,21 +87,22 @@ TEST(SizeGrip, GoesBehindItsSiblings) {
   }
 }
 
-// The offscreen platform has no size drag of its own, so the grip's runs. Places count from the
-// grip, which moves along.
+// The offscreen platform has no size drag of its own, so the window follows the mouse.
 TEST(SizeGrip, DragsTheWindowWithinItsMinimum) {
   Form form;
   basMinMax::HookMinMax(&form, 200, 150);
   form.Show();
-  QTest::mousePress(&form.grip, Qt::LeftButton, {}, {8, 8});
-  for (const auto& [way, size] : {std::pair(QPoint(30, 10), QSize(330, 210)),
-                                  {QPoint(-2000, -2000), QSize(200, 150)},
-                                  {QPoint(50, 10), QSize(250, 160)}}) {
-    QTest::mouseMove(&form.grip, QPoint(8, 8) + way);
+  QWindow* const window = form.windowHandle();
+  QTest::mousePress(window, Qt::LeftButton, {}, {292, 192});
+  form.moves.clear();  // the one to the press
+  for (const auto& [mouse, size] : {std::pair(QPoint(322, 202), QSize(330, 210)),
+                                    {QPoint(-1700, -1800), QSize(200, 150)},
+                                    {QPoint(242, 152), QSize(250, 160)}}) {
+    QTest::mouseMove(window, mouse);
     EXPECT_EQ(form.size(), size) << "the corner is under the mouse";
     EXPECT_EQ(form.grip.geometry(), form.Corner(16));
   }
-  QTest::mouseRelease(&form.grip, Qt::LeftButton, {}, {8, 8});
+  QTest::mouseRelease(window, Qt::LeftButton, {}, {242, 152});
   EXPECT_EQ(form.moves.size() + form.releases.size(), 0) << "the drag has them";
 
   QTest::mousePress(&form.grip, Qt::RightButton, {}, {8, 8});
@@ -110,6 +112,15 @@ TEST(SizeGrip, DragsTheWindowWithinItsMinimum) {
   ASSERT_EQ(form.moves.size(), 1);
   EXPECT_EQ(form.moves.takeFirst(), QVariantList({short{2}, short{0}, 38.0F, 18.0F}));
   EXPECT_EQ(form.releases.size(), 1);
+
+  form.showMaximized();
+  QCoreApplication::processEvents();
+  const QSize whole = form.size();
+  const QPoint corner = form.grip.geometry().center();
+  QTest::mousePress(window, Qt::LeftButton, {}, corner);
+  QTest::mouseMove(window, corner - QPoint(50, 50));
+  QTest::mouseRelease(window, Qt::LeftButton, {}, corner - QPoint(50, 50));
+  EXPECT_EQ(form.size(), whole);
 }
 
 TEST(SizeGrip, OnlyTellsTheMouseElsewhere) {
@@ -136,7 +147,7 @@ TEST(SizeGrip, OnlyTellsTheMouseElsewhere) {
 TEST(SizeGrip, DrawsThreeLinesInTwoColours) {
   Form form;
   form.Show();
-  for (const qreal ratio : {1.0, 1.25, 1.5, 2.0}) {
+  for (const qreal ratio : {1.0, 2.0, 1.0}) {  // as on one screen and another
     const QImage image = RenderedAt(form.grip, ratio);
     const int side = image.width();
     int changes = 0;  // of colour, along the diagonal from the upper left to the lower right
@@ -149,6 +160,4 @@ TEST(SizeGrip, DrawsThreeLinesInTwoColours) {
     }
     EXPECT_EQ(changes, 6) << ratio;
   }
-  form.grip.SetPicture(PlainPicture({16, 16}, Qt::green));
-  EXPECT_EQ(RenderedAt(form.grip, 1).pixelColor(0, 0), QColor(Qt::green));
 }

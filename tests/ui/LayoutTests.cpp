@@ -141,14 +141,4 @@ TEST(BorderlessFrame, TakesHoldOfBordersAndCorners) {
   }
 }
 
-TEST(BorderlessFrame, DragsTheTakenEdgesDownToTheSmallestSize) {
-  const auto dragged = [](Qt::Edges edges, const QPoint& way) {
-    return BorderlessFrame::Dragged({100, 100, 600, 400}, edges, way, {500, 300});
-  };
-  EXPECT_EQ(dragged(Qt::RightEdge | Qt::BottomEdge, {50, -20}), QRect(100, 100, 650, 380));
-  EXPECT_EQ(dragged(Qt::LeftEdge | Qt::TopEdge, {-10, 30}), QRect(90, 130, 610, 370));
-  EXPECT_EQ(dragged(Qt::LeftEdge, {900, 0}), QRect(200, 100, 500, 400));
-  EXPECT_EQ(dragged(Qt::BottomEdge, {0, -900}), QRect(100, 100, 600, 300));
-}
-
 }  // namespace

@@ -19,7 +19,6 @@
 #include "controls/Fonts.h"
 #include "controls/Input.h"
 #include "controls/Painting.h"
-#include "controls/Skin.h"
 #include "controls/SkinLooks.h"
 #include "controls/SkinScrollBar.h"
 #include "controls/Twips.h"
@@ -145,7 +144,7 @@ frmHelp::frmHelp(const Server& server)
   QPalette colours = palette();
   colours.setColor(QPalette::Window, kFormBack);
   setPalette(colours);
-  setMouseTracking(true);  // tells that a move has ended
+  connect(&drag_, &WindowDrag::Ended, this, &QWidget::unsetCursor);
   PlaceControls();
   connect(cmdSend, &skinBtn::Click, this, &frmHelp::cmdSend_Click);
   connect(cmdClose, &skinBtn::Click, this, &frmHelp::cmdClose_Click);
@@ -383,49 +382,20 @@ void frmHelp::OnUnBan(Text /*channel*/, Text /*nick*/, Text /*ident*/, Text /*ho
 // The window itself.
 
 bool frmHelp::event(QEvent* event) {
-  switch (event->type()) {
-    case QEvent::WindowActivate:
-      txtNachricht->setFocus();
-      break;
-    case QEvent::Enter:
-      if (!follows_) EndMove();  // the system's move is over when the mouse is ours again
-      break;
-    default:
-      break;
-  }
+  if (event->type() == QEvent::WindowActivate) txtNachricht->setFocus();
   return QWidget::event(event);
 }
 
 void frmHelp::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  if (header_.devicePixelRatio() != devicePixelRatioF() || header_.isNull()) {
-    header_ = Skin::Picture("chat_header", devicePixelRatioF());
-  }
-  painter.drawPixmap(0, 0, header_);
+  painter.drawPixmap(0, 0, header_.At(devicePixelRatioF()));
   for (const Box& box : {kMessages, kNachricht}) {
     Painting::Frame(painter, QRectF(Pixels(box)).adjusted(-1, -1, 1, 1), 1, QColor(kFrame));
   }
 }
 
-// A press on the header moves the window: the system does it, or the window follows the mouse.
 void frmHelp::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || event->position().y() > kHeaderHeight) return;
   setCursor(Qt::SizeAllCursor);
-  if (windowHandle()->startSystemMove()) return;
-  follows_ = true;
-  grip_ = event->position().toPoint();
-}
-
-void frmHelp::mouseMoveEvent(QMouseEvent* event) {
-  if (!event->buttons().testFlag(Qt::LeftButton)) return EndMove();
-  if (follows_) move(event->globalPosition().toPoint() - grip_);
-}
-
-void frmHelp::mouseReleaseEvent(QMouseEvent* /*event*/) {
-  EndMove();
-}
-
-void frmHelp::EndMove() {
-  follows_ = false;
-  unsetCursor();
+  drag_.Start(this, WindowDrag::kAllEdges, event->button(), event->globalPosition());
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPixmap>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QString>
@@ -11,7 +10,9 @@
 
 #include "chat/IRC.h"
 #include "chat/IRCEvents.h"
+#include "controls/Skin.h"
 #include "controls/skinBtn.h"
+#include "platform/window/WindowDrag.h"
 
 /// The help chat: a small window in which the user talks with the community on one fixed channel.
 /// It connects as soon as it is made and leaves the channel when it is closed. It lives beside the
@@ -51,8 +52,6 @@ class frmHelp : public QWidget, private IRCEvents {
   bool eventFilter(QObject* watched, QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
   void PlaceControls();
@@ -68,7 +67,6 @@ class frmHelp : public QWidget, private IRCEvents {
   bool txtNachricht_Event(QEvent& event);
   bool txtNachricht_KeyDown(const QKeyEvent& key);
   void DropHint();
-  void EndMove();
 
   void OnConnect() override;
   void OnClose() override;
@@ -92,14 +90,12 @@ class frmHelp : public QWidget, private IRCEvents {
   QPlainTextEdit* txtNachricht;
   skinBtn* cmdSend;
   skinBtn* cmdClose;
-  QPixmap header_;
+  SkinPicture header_{"chat_header"};
   std::deque<QString> added_;  // lines of the messages that aren't shown yet
   QString tag_ = "1";          // of txtNachricht: "1" while it shows its hint
   std::mt19937 random_;
   QPointer<QWidget> owner_;
-  // While the window follows the mouse itself: the mouse's place in it.
-  bool follows_ = false;
-  QPoint grip_;
+  WindowDrag drag_;
 
   ::IRC IRC_{*this};
 };

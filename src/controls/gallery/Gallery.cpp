@@ -42,8 +42,7 @@ Gallery::Gallery(QWidget* parent) : QWidget(parent) {
   AddBars();
   AddScrollers();
   AddPictures();
-  auto* const grip = new SizeGrip(this);
-  grip->SetPicture(Skin::Picture("size_grip", devicePixelRatioF()));
+  new SizeGrip(this);
 }
 
 void Gallery::AddHeading(int x, int y, const QString& text) {
