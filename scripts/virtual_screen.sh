@@ -4,6 +4,14 @@
 # open_screen WIDTHxHEIGHT: starts the screen; DISPLAY points to it from here on. It ends with the
 # script that sources this.
 open_screen() {
+  open_bare_screen "$1"
+  XDG_CONFIG_HOME="$screen_folder" openbox >"$screen_folder/manager.log" 2>&1 &
+  screen_manager=$!
+  wait_until manager_is_up || { cat "$screen_folder"/*.log >&2; return 1; }
+}
+
+# open_bare_screen WIDTHxHEIGHT: the same without a window manager.
+open_bare_screen() {
   local number
   screen_folder=$(mktemp -d)
   # The server picks a free number and says which. Without -noreset it would start anew whenever its
@@ -18,9 +26,6 @@ open_screen() {
   export DISPLAY=":$number"
   unset WAYLAND_DISPLAY
   export QT_QPA_PLATFORM=xcb
-  XDG_CONFIG_HOME="$screen_folder" openbox >"$screen_folder/manager.log" 2>&1 &
-  screen_manager=$!
-  wait_until manager_is_up || { cat "$screen_folder"/*.log >&2; return 1; }
 }
 
 close_screen() {

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QEnterEvent>
+#include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
@@ -12,6 +13,7 @@
 
 #include "platform/window/DelWindowCaption.h"
 #include "platform/window/PointerWatch.h"
+#include "platform/window/WindowDrag.h"
 #include "platform/window/basMinMax.h"
 #include "platform/window/clsSubClass.h"
 #include "platform/window/hWndByMouse.h"
@@ -181,6 +183,18 @@ TEST(DelWindowCaption, KeepsThePlaceOfTheWholeWindow) {
   EXPECT_EQ(hidden.frameGeometry(), hidden.geometry());
 }
 
+TEST(WindowDrag, DragsTheTakenEdgesDownToTheSmallestSize) {
+  const auto dragged = [](Qt::Edges edges, const QPoint& way) {
+    return WindowDrag::Dragged({100, 100, 600, 400}, edges, way, {500, 300}, {900, 900});
+  };
+  EXPECT_EQ(dragged(Qt::RightEdge | Qt::BottomEdge, {50, -20}), QRect(100, 100, 650, 380));
+  EXPECT_EQ(dragged(Qt::LeftEdge | Qt::TopEdge, {-10, 30}), QRect(90, 130, 610, 370));
+  EXPECT_EQ(dragged(Qt::LeftEdge, {900, 0}), QRect(200, 100, 500, 400));
+  EXPECT_EQ(dragged(Qt::RightEdge, {900, 0}), QRect(100, 100, 900, 400));
+  EXPECT_EQ(dragged(WindowDrag::kAllEdges, {-7, 900}), QRect(93, 1000, 600, 400));
+  EXPECT_EQ(dragged(Qt::BottomEdge, {0, -900}), QRect(100, 100, 600, 300));
+}
+
 TEST(hWndByMouse, AsksTheCursorWhoeverHasTheMouse) {
   Form form;
   QWidget left(&form);
@@ -198,18 +212,28 @@ TEST(hWndByMouse, AsksTheCursorWhoeverHasTheMouse) {
   left.releaseMouse();
 }
 
-TEST(PointerWatch, KnowsWhenThePointerHasLeftAllWindows) {
+TEST(PointerWatch, KnowsTheWidgetByTheWindowsOwnEvents) {
   const PointerWatch watch;
-  QWindow first;
-  QWindow second;
-  QWidget widget;
-  QEvent leave(QEvent::Leave);
-  QEnterEvent enter({1, 1}, {1, 1}, {1, 1});
-  EXPECT_TRUE(watch.IsInside());
-  QCoreApplication::sendEvent(&widget, &leave);
-  EXPECT_TRUE(watch.IsInside());
-  QCoreApplication::sendEvent(&first, &leave);
-  EXPECT_FALSE(watch.IsInside());
-  QCoreApplication::sendEvent(&second, &enter);
-  EXPECT_TRUE(watch.IsInside());
+  Form first;
+  Form second;
+  QWidget child(&first);
+  child.setGeometry(100, 0, 100, 100);
+  for (Form* const form : {&first, &second}) form->ShowAt({0, 0, 200, 150});
+  const auto tell = [](Form& form, QEvent::Type type, const QPointF& place) {
+    QMouseEvent mouse(type, place, place, place, Qt::NoButton, Qt::NoButton, {});
+    QEnterEvent enter(place, place, place);
+    QEvent leave(QEvent::Leave);
+    QEvent& event = type == QEvent::Enter   ? static_cast<QEvent&>(enter)
+                    : type == QEvent::Leave ? leave
+                                            : mouse;
+    QCoreApplication::sendEvent(form.windowHandle(), &event);
+  };
+  tell(first, QEvent::MouseMove, {110, 10});
+  EXPECT_EQ(watch.Widget(), &child) << "the other window believes to be in front of it";
+  tell(first, QEvent::Leave, {});
+  EXPECT_EQ(watch.Widget(), nullptr);
+  tell(second, QEvent::Enter, {110, 10});
+  EXPECT_EQ(watch.Widget(), &second);
+  tell(second, QEvent::MouseMove, {300, 10});
+  EXPECT_EQ(watch.Widget(), nullptr) << "a button is held";
 }

@@ -1,19 +1,28 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
 
-/// Whether the pointer is over one of the program's windows, as their Enter and Leave events
-/// tell. For platforms that don't say where the pointer is once it has left.
+/// Which of the program's widgets the pointer is over, as the windows' own events tell. For
+/// platforms that tell no window where on the screen it stands, nor where the pointer is once it
+/// has left them all.
 class PointerWatch : public QObject {
  public:
-  /// Watches the application from here on. The pointer counts as inside until it leaves.
+  /// Watches the application from here on.
   PointerWatch();
 
-  [[nodiscard]] bool IsInside() const { return isInside_; }
+  /// The widget under the pointer; null outside of all windows. Until the first event it is where
+  /// the toolkit believes.
+  [[nodiscard]] QWidget* Widget() const;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  bool isInside_ = true;
+  bool hasHeard_ = false;
+  QPointer<QWindow> window_;  // that the pointer is in
+  QPoint place_;              // in it
 };

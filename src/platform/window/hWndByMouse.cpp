@@ -8,17 +8,19 @@
 
 namespace {
 
-// Wayland tells the cursor's place over our windows only; outside, the last one remains.
-bool HasLeftAllWindows() {
+// Wayland tells no window where it stands, so that all believe to be at (0, 0), and the cursor's
+// place over our windows only.
+bool KnowsNoPlaces() {
   static const bool isWayland = QGuiApplication::platformName().startsWith("wayland");
-  if (!isWayland) return false;
-  static const PointerWatch watch;
-  return !watch.IsInside();
+  return isWayland;
 }
 
 }  // namespace
 
 QWidget* hWndByMouse() {
-  if (HasLeftAllWindows()) return nullptr;
+  if (KnowsNoPlaces()) {
+    static const PointerWatch watch;
+    return watch.Widget();
+  }
   return QApplication::widgetAt(QCursor::pos());
 }
