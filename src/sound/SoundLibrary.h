@@ -9,8 +9,9 @@ class FileSystem;
 /// A loaded tune; 0 is none. A handle of a tune that is gone is no tune either.
 using Song = std::uint32_t;
 
-/// The library that the program plays with: five calls for the tune, one for the click. Sounds
-/// run beside the program, which waits for none but at `Close`. What can't be done is a `Failure`.
+/// The library that the program plays with: five calls for the tune, one for the click. Devices
+/// and sounds run beside the program, which waits for none but at `Close`. What can't be done at
+/// once is a `Failure`; what fails later, as a device that can't be opened, is logged, and silent.
 /// For the window thread only.
 class SoundLibrary {
  public:
@@ -22,19 +23,21 @@ class SoundLibrary {
   /// Closes the library, after a click that still sounds.
   virtual ~SoundLibrary() = default;
 
-  /// Makes the library ready; does nothing if it is. `mixRate` in samples a second.
+  /// Makes the library ready; does nothing if it is. `mixRate` in samples a second. A device that
+  /// can't be had is asked for once until `Close`.
   virtual void Init(int mixRate, int channels) = 0;
-  /// Loads a tracker module anew from `path`, DOS path text. The tune before it ends.
+  /// Loads a tracker module anew from `path`, DOS path text: one of 4 MiB at most, with a module's
+  /// marker. The tune before it ends.
   virtual Song LoadSong(std::string_view path) = 0;
   /// Plays a tune from its start, and again from there whenever it has come to its end.
   virtual void PlaySong(Song song) = 0;
   virtual void StopSong(Song song) = 0;
   /// Lets go of tunes and device. A click that still sounds isn't cut off, but waited for, a tenth
-  /// of a second at most.
+  /// of a second at most; a device that is still being opened isn't waited for.
   virtual void Close() = 0;
 
   /// Plays a wave file once, over the tune; a wave that still sounds gives way. `wave` must
-  /// outlive the library. Plays without `Init` as well.
+  /// stay for as long as the program runs. Plays without `Init` as well.
   virtual void PlayWave(std::string_view wave) = 0;
 };
 
