@@ -1,7 +1,9 @@
 #include "install/InstallRun.h"
 
+#include "core/basDebugLog.h"
 #include "install/InstallSession.h"
 #include "platform/Failure.h"
+#include "platform/FileSystem.h"
 
 std::vector<RunFailure> RunInstall(InstallSession& session) {
   std::vector<RunFailure> failures;
@@ -31,6 +33,9 @@ std::vector<RunFailure> RunInstall(InstallSession& session) {
     }
   }
   runScript(0, session.Pack.EndScript);
+  // A cut of power behind the message must not make it a lie.
+  const auto unsafe = CauseOf("basScript.SyncChanges", [&] { session.Files.SyncChanges(); });
+  if (unsafe) failures.push_back({0, {0, "", *unsafe, false}});
   session.InstallRunning = false;
   session.Host.ShowFinalMessage("Installation der Modifikationen abgeschlossen.");
   session.Host.HideProgressPage();

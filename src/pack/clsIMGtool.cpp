@@ -457,6 +457,8 @@ bool clsIMGtool::RebuildIMG(const std::string& strFile) {
     const std::int64_t count = ReadCount(source, 0);
     File target = files_.OpenBinary(temporary);
     CopyEntries(source, target, count);
+    // The sync of the one file would have the disk take note of others, whose data isn't there yet.
+    files_.SyncChanges();
     target.Sync();
     target.Close();
   }

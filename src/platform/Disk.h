@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Place.h"
+#include "platform/ChangedPaths.h"
 #include "platform/FileSystem.h"
 
 /// What `FileSystem` asks of the system. Its rules stand in FileSystemCommon.cpp; how each system
@@ -29,6 +30,7 @@ struct Memory {
   std::set<NativeText> tidied;
   /// The folder in which nothing of others' is written to; empty if there is none.
   NativeText ownFilesOnly;
+  ChangedPaths changed;
 };
 
 enum class Access {
@@ -86,6 +88,19 @@ SystemError RenameEntry(const Place& source, const Place& target, std::string_vi
 SystemError MoveOnto(const char* operation, std::string_view path, const Place& source,
                      const Place& target);
 
+/// Has the system write the file's data out, and waits for that, but not for the file system's own
+/// notes about it. Does nothing where there is no such operation, or no such file.
+void WriteOutData(const NativeText& native);
+/// Waits until the disk has all of the file; does nothing if there is none.
+void SyncFile(const NativeText& native);
+/// Waits until the disk has the folder's entries, as far as the file system can tell.
+void SyncFolder(const NativeText& native);
+
+/// Number of the volume that the existing file or folder lies on.
+std::uint64_t VolumeOf(const NativeText& native);
+/// Whether this process may make files in the existing folder.
+bool MayMakeFilesIn(const NativeText& native);
+
 /// A new file that is deleted again unless it is kept.
 class HelperFile {
  public:
@@ -124,8 +139,8 @@ class Successor {
   void TakeTimeOf(std::string_view from, const Place& source);
   /// The content must have been closed.
   void TakePlace();
-  /// Waits until the disk has its folder's entries, too.
-  void SyncFolder() const;
+  /// The path of the file itself, behind all links.
+  [[nodiscard]] const NativeText& Target() const { return target_; }
 
  private:
   // Makes the file, under a name that no one else uses, hidden so that no script sees it.

@@ -125,6 +125,12 @@ class File {
   std::shared_ptr<FaultPlan> faults_;
 };
 
+/// Room on a disk.
+struct Room {
+  std::uint64_t volume = 0;  // tells disks apart
+  std::int64_t free = 0;     // bytes
+};
+
 namespace Disk {
 struct Memory;
 }
@@ -204,6 +210,18 @@ class FileSystem {
   /// Removes from `folder`, and all folders below it, the half-written files of this layer's own
   /// that programs have left which were ended while they wrote. Never fails.
   void RemoveDeadHelpersBelow(std::string_view folder) const;
+  /// Whether `path` lies in the existing `folder`, or is it, behind links or not. False for a path
+  /// that names nothing.
+  [[nodiscard]] bool LiesIn(std::string_view path, std::string_view folder) const;
+  /// Whether `path` can name something on this machine, there already or not.
+  [[nodiscard]] bool IsNameable(std::string_view path) const;
+  /// Whether this process may write the file, or, where there is none, make it; for a folder,
+  /// whether it may make files in it. Changes nothing.
+  [[nodiscard]] bool MayWrite(std::string_view path) const;
+  /// Room on the disk where `path` lies or would lie.
+  [[nodiscard]] Room RoomAt(std::string_view path) const;
+  /// Waits until all that has been changed since the last call is on the disk.
+  void SyncChanges() const;
 
   /// For tests: where operations are counted and made to fail.
   [[nodiscard]] FaultPlan& Faults() const { return *faults_; }

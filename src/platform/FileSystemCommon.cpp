@@ -106,11 +106,13 @@ Place FindReplaceable(const FileSystemOptions& options, const Disk::Memory& memo
   return place;
 }
 
-File OpenOrCreate(const FileSystemOptions& options, std::string_view path, const Place& place,
-                  const std::shared_ptr<FaultPlan>& faults) {
+File OpenOrCreate(const FileSystemOptions& options, Disk::Memory& memory, std::string_view path,
+                  const Place& place, const std::shared_ptr<FaultPlan>& faults) {
   RequireFileOrFree("open", path, place);
+  memory.changed.NoteFile(place.native);
   if (place.kind == Kind::kFree) {
     RequireChanges(options, "create", path);
+    memory.changed.NoteEntry(place.native);
     return Disk::Open("create", path, place, Access::kReadAndWrite, faults);
   }
   const bool onlyRead = options.readOnly || place.IsWriteProtected();
@@ -247,16 +249,19 @@ File FileSystem::OpenForReading(std::string_view path) const {
 }
 
 File FileSystem::OpenBinary(std::string_view path) const {
-  return OpenOrCreate(options_, path, FindPlace(options_, path), faults_);
+  return OpenOrCreate(options_, *memory_, path, FindPlace(options_, path), faults_);
 }
 
 File FileSystem::OpenForOutput(std::string_view path) const {
-  return OpenOrCreate(options_, path, FindOutput(options_, *memory_, "open", path), faults_);
+  return OpenOrCreate(options_, *memory_, path, FindOutput(options_, *memory_, "open", path),
+                      faults_);
 }
 
 File FileSystem::Create(std::string_view path) const {
   constexpr const char* kOperation = "create";
   const Place place = FindReplaceable(options_, *memory_, kOperation, path);
+  memory_->changed.NoteFile(place.native);
+  memory_->changed.NoteEntry(place.native);
   return Disk::Open(kOperation, path, place, Access::kReadAndWriteEmptied, faults_);
 }
 
@@ -276,6 +281,8 @@ void FileSystem::WriteWhole(std::string_view path,
                             const std::vector<std::string_view>& parts) const {
   const Place place = FindReplaceable(options_, *memory_, "write", path);
   const bool isNew = place.kind == Kind::kFree;
+  memory_->changed.NoteFile(place.native);
+  if (isNew) memory_->changed.NoteEntry(place.native);
   // A new file that can't be filled isn't left behind; it can go only when it has been closed.
   std::optional<Disk::HelperFile> unfinished;
   File file = Disk::Open(isNew ? "create" : "open", path, place, Access::kReadAndWrite, faults_);
@@ -299,7 +306,7 @@ void FileSystem::ReplaceWhole(std::string_view path, std::string_view text) cons
   successor.Content().Sync();
   successor.Content().Close();
   successor.TakePlace();
-  successor.SyncFolder();
+  Disk::SyncFolder(Native::FolderOf(successor.Target()));
 }
 
 void FileSystem::Copy(std::string_view from, std::string_view to) const {
@@ -318,6 +325,8 @@ void FileSystem::Copy(std::string_view from, std::string_view to) const {
   successor.Content().Close();
   successor.TakeTimeOf(from, source);
   successor.TakePlace();
+  memory_->changed.NoteFile(successor.Target());
+  memory_->changed.NoteEntry(successor.Target());
 }
 
 void FileSystem::Delete(std::string_view path) const {
@@ -325,6 +334,7 @@ void FileSystem::Delete(std::string_view path) const {
   const Native::DosPathParts parts = Native::ParseDosPath(path);
   if (parts.EndsInPattern()) return DeleteMatches(options_, parts, *faults_, path);
   const Place place = FindPlace(options_, parts);
+  memory_->changed.NoteEntry(place.native);
   RequireFile(kDelete, path, place);
   RequireNoProtection(kDelete, path, place);
   DeleteOne(*faults_, path, place.native);
@@ -348,6 +358,8 @@ void FileSystem::Rename(std::string_view from, std::string_view to) const {
 
   faults_->Step(kOperation, from);
   RequireSuccess(Disk::RenameEntry(source, target, to), kOperation, from);
+  memory_->changed.NoteEntry(source.native);
+  memory_->changed.NoteEntry(target.native);
 }
 
 void FileSystem::PutInPlace(std::string_view replacement, std::string_view path) const {
@@ -379,6 +391,7 @@ void FileSystem::CreateFolder(std::string_view path) const {
   if (!DosPath::IsPlainFileName(place.asWritten)) FailWith(kOperation, path, Native::kInvalidName);
   faults_->Step(kOperation, path);
   RequireSuccess(Disk::MakeFolder(place.native), kOperation, path);
+  memory_->changed.NoteEntry(place.native);
 }
 
 void FileSystem::RemoveFolder(std::string_view path) const {
@@ -390,6 +403,58 @@ void FileSystem::RemoveFolder(std::string_view path) const {
   if (place.kind != Kind::kFolder) FailWith(kOperation, path, Native::kIsNoFolder);
   faults_->Step(kOperation, path);
   RequireSuccess(Disk::RemoveEmptyFolder(place.native), kOperation, path);
+  memory_->changed.NoteEntry(place.native);
+}
+
+bool FileSystem::IsNameable(std::string_view path) const {
+  try {
+    return !ToNative(path).empty();
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
+bool FileSystem::LiesIn(std::string_view path, std::string_view folder) const {
+  if (!IsNameable(path)) return false;
+  std::error_code ignored;
+  const std::filesystem::path wanted = ToNative(folder);
+  // The folder may be reached by other links than the path, so each one above it is held against
+  // the folder itself.
+  for (std::filesystem::path place = std::filesystem::absolute(ToNative(path), ignored);;
+       place = place.parent_path()) {
+    if (std::filesystem::equivalent(place, wanted, ignored)) return true;
+    if (!place.has_relative_path()) return false;
+  }
+}
+
+bool FileSystem::MayWrite(std::string_view path) const {
+  if (options_.readOnly) return false;
+  const Place place = FindPlace(options_, path);
+  if (place.kind == Kind::kFolder) return Disk::MayMakeFilesIn(place.native);
+  if (place.kind == Kind::kFree) return Disk::MayMakeFilesIn(Native::FolderOf(place.native));
+  if (place.kind != Kind::kFile || place.IsWriteProtected()) return false;
+  try {
+    const File opened = Disk::Open("open", path, place, Access::kReadAndWrite, faults_);
+    return true;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
+Room FileSystem::RoomAt(std::string_view path) const {
+  std::error_code error;
+  std::filesystem::path place = std::filesystem::absolute(ToNative(path), error);
+  while (!std::filesystem::exists(place, error) && place.has_relative_path()) {
+    place = place.parent_path();
+  }
+  const std::filesystem::space_info space = std::filesystem::space(place, error);
+  if (error) Fail("measure the room at \"", path, "\": ", error.message());
+  return {Disk::VolumeOf(place.native()), static_cast<std::int64_t>(space.available)};
+}
+
+void FileSystem::SyncChanges() const {
+  faults_->Step("sync", "");
+  memory_->changed.Sync();
 }
 
 void FileSystem::WriteOnlyOwnFilesIn(std::string_view folder) const {

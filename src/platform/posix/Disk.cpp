@@ -89,14 +89,6 @@ void TakeOver(const std::string& native, const struct stat& old) {
   if ((now.st_mode & kPermissions) != wanted) chmod(native.c_str(), wanted);
 }
 
-// Writes a folder's own entries to the disk. Not every file system can; then it's left to time.
-void SyncFolderQuietly(const std::string& folder) {
-  const int number = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (number < 0) return;
-  fsync(number);
-  close(number);
-}
-
 bool HoldsOnlyLockFile(const std::string& folder) {
   std::error_code error;
   std::filesystem::directory_iterator entry(folder, error);
@@ -195,6 +187,36 @@ SystemError RemoveFile(const NativeText& native) {
   return ErrorOf(unlink(native.c_str()));
 }
 
+void WriteOutData(const NativeText& native) {
+  const Posix::Descriptor file = Posix::OpenOrdinary(native, O_RDONLY);
+  if (!file.IsOpen()) return;
+  sync_file_range(file.Number(), 0, 0,
+                  SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+}
+
+void SyncFile(const NativeText& native) {
+  const Posix::Descriptor file = Posix::OpenOrdinary(native, O_RDONLY);
+  if (file.IsOpen() && fsync(file.Number()) != 0)
+    FailWith("sync", Text::FromUtf8Lossy(native), errno);
+}
+
+// Not every file system can; then it's left to time.
+void SyncFolder(const NativeText& native) {
+  const int number = open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (number < 0) return;
+  fsync(number);
+  close(number);
+}
+
+std::uint64_t VolumeOf(const NativeText& native) {
+  struct stat status = {};
+  return stat(native.c_str(), &status) == 0 ? status.st_dev : 0;
+}
+
+bool MayMakeFilesIn(const NativeText& native) {
+  return faccessat(AT_FDCWD, native.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
 void RemoveQuietly(const NativeText& native) noexcept {
   unlink(native.c_str());
 }
@@ -229,9 +251,9 @@ SystemError MoveOnto(const char* operation, std::string_view path, const Place& 
   TakeOver(source.native, target.status);
   const int error = RenameOnto(source.native, real);
   if (error != 0) return error;
-  SyncFolderQuietly(Posix::FolderOf(real));
+  SyncFolder(Posix::FolderOf(real));
   const std::string sourceFolder = Posix::FolderOf(source.native);
-  if (sourceFolder != Posix::FolderOf(real)) SyncFolderQuietly(sourceFolder);
+  if (sourceFolder != Posix::FolderOf(real)) SyncFolder(sourceFolder);
   return 0;
 }
 
@@ -247,10 +269,6 @@ void Successor::TakePlace() {
   const int error = place_.Exists() ? RenameOnto(native_, target_) : RenameToFree(native_, target_);
   if (error != 0) FailWith(operation_, path_, error);
   unfinished_.Keep();
-}
-
-void Successor::SyncFolder() const {
-  SyncFolderQuietly(Posix::FolderOf(target_));
 }
 
 File Successor::Make() {

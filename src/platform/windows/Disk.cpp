@@ -171,6 +171,33 @@ SystemError RemoveFile(const NativeText& native) {
   return ErrorOf(DeleteFileW(native.c_str()));
 }
 
+void WriteOutData(const NativeText& /*native*/) {}
+
+void SyncFile(const NativeText& native) {
+  const Windows::Handle file = Windows::OpenOrdinary(native, GENERIC_WRITE, OPEN_EXISTING);
+  if (file.IsOpen() && FlushFileBuffers(file.Get()) == 0)
+    FailWith("sync", Windows::FromWideLossy(native), GetLastError());
+}
+
+// What makes, moves or removes an entry has waited for that.
+void SyncFolder(const NativeText& /*native*/) {}
+
+std::uint64_t VolumeOf(const NativeText& native) {
+  std::wstring root(MAX_PATH + 1, L'\0');
+  DWORD number = 0;
+  const bool known =
+      GetVolumePathNameW(native.c_str(), root.data(), static_cast<DWORD>(root.size())) != 0 &&
+      GetVolumeInformationW(root.c_str(), nullptr, 0, &number, nullptr, nullptr, nullptr, 0) != 0;
+  return known ? number : 0;
+}
+
+bool MayMakeFilesIn(const NativeText& native) {
+  const Windows::Handle folder(CreateFileW(
+      native.c_str(), FILE_ADD_FILE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  return folder.IsOpen();
+}
+
 void RemoveQuietly(const NativeText& native) noexcept {
   SetFileAttributesW(native.c_str(), FILE_ATTRIBUTE_NORMAL);
   DeleteFileW(native.c_str());
@@ -234,9 +261,6 @@ void Successor::TakePlace() {
   if (error != ERROR_SUCCESS) FailWith(operation_, path_, error);
   unfinished_.Keep();
 }
-
-// Moving a file has waited for that.
-void Successor::SyncFolder() const {}
 
 File Successor::Make() {
   constexpr int kMostTries = 1000;
