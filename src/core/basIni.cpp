@@ -116,13 +116,18 @@ const IniFile::Key* IniFile::Find(const Section& section, std::string_view key) 
   return found == section.keys.end() ? nullptr : &*found;
 }
 
-std::string INIRead(const IniFile& file, std::string_view section, std::string_view key,
-                    std::string_view defaultValue) {
+std::string_view ValueOf(const IniFile& file, std::string_view section, std::string_view key,
+                         std::string_view defaultValue) {
   const IniFile::Section* const inSection = file.Find(section);
   const IniFile::Key* const found = inSection ? IniFile::Find(*inSection, key) : nullptr;
-  if (found == nullptr) return std::string(defaultValue);
+  if (found == nullptr) return defaultValue;
   const std::string_view value = WithoutQuotes(found->value).substr(0, kLongestValue);
-  return std::string(value.substr(0, value.find('\0')));
+  return value.substr(0, value.find('\0'));
+}
+
+std::string INIRead(const IniFile& file, std::string_view section, std::string_view key,
+                    std::string_view defaultValue) {
+  return std::string(ValueOf(file, section, key, defaultValue));
 }
 
 std::string INIRead(const FileSystem& files, std::string_view path, std::string_view section,

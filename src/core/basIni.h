@@ -74,6 +74,9 @@ std::string Quoted(std::string_view value);
 /// empty gives the empty text.
 std::string INIRead(const IniFile& file, std::string_view section, std::string_view key,
                     std::string_view defaultValue);
+/// The same without a copy: a view into the file's text, or `defaultValue`.
+std::string_view ValueOf(const IniFile& file, std::string_view section, std::string_view key,
+                         std::string_view defaultValue);
 
 /// The same, straight from a file. For one value; for many, load an `IniFile` once.
 std::string INIRead(const FileSystem& files, std::string_view path, std::string_view section,

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,15 +28,3 @@ class ArchiveWriter {
   };
   std::vector<Entry> entries_;
 };
-
-/// `data` as one zlib stream. The same data gives the same bytes.
-std::string Compressed(std::string_view data);
-
-/// The zlib stream at the start of some bytes.
-struct ZlibStream {
-  std::string data;    // unpacked
-  std::size_t length;  // of the stream itself, in bytes
-};
-/// Unpacks the stream at the start of `bytes`; nothing if there is no whole one, or
-/// if its data is 2 GiB or more.
-std::optional<ZlibStream> Decompressed(std::string_view bytes);

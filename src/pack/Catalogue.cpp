@@ -14,6 +14,7 @@ namespace {
 
 using basIni::IniFile;
 using basIni::INIRead;
+using basIni::ValueOf;
 
 // The numbers of the sections are 16-bit, which bounds both lists.
 constexpr int kLongestList = 32767;
@@ -42,7 +43,7 @@ std::int16_t WholeNumber(const std::string& text, const std::string& section, co
   return Text::CheckedInt16(*number, Concat("[", section, "] ", key));
 }
 
-std::string WithLineBreaks(const std::string& text) {
+std::string WithLineBreaks(std::string_view text) {
   return Text::Replace(text, kLineBreakMark, "\r\n");
 }
 
@@ -68,8 +69,8 @@ IniFile Decipher(const FileSystem& files, const clsIMGtool& ModPackIMG,
 }
 
 void ReadInfo(const IniFile& index, Catalogue& catalogue) {
-  catalogue.EndScript = WithLineBreaks(INIRead(index, "Info", "EndScript", ""));
-  catalogue.HTML = WithLineBreaks(INIRead(index, "Info", "HTML", ""));
+  catalogue.EndScript = WithLineBreaks(ValueOf(index, "Info", "EndScript", ""));
+  catalogue.HTML = WithLineBreaks(ValueOf(index, "Info", "HTML", ""));
   catalogue.HTMLHeight =
       WholeNumber(INIRead(index, "Info", "HTMLHeight", "0"), "Info", "HTMLHeight");
 }
@@ -88,10 +89,10 @@ class ListReader {
       mod.Selected = true;
       mod.TypeID = WholeNumber(INIRead(index_, section, "TypeID", "0"), section, "TypeID");
       mod.Description = INIRead(index_, section, "Description", "");
-      mod.InstallScript = WithLineBreaks(INIRead(index_, section, "InstallScript", ""));
+      mod.InstallScript = WithLineBreaks(ValueOf(index_, section, "InstallScript", ""));
       mod.Name = INIRead(index_, section, "Name", "");
       mod.Picture = INIRead(index_, section, "Picture", "");
-      mod.Readme = WithLineBreaks(INIRead(index_, section, "Readme", ""));
+      mod.Readme = WithLineBreaks(ValueOf(index_, section, "Readme", ""));
       mod.Files = INIRead(index_, section, "Files", "");
       counters_.GrowTo(mod.TypeID);
       ++counters_.Of(mod.TypeID, section);

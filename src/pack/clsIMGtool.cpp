@@ -2,76 +2,57 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <limits>
 #include <numeric>
 #include <optional>
 
+#include "pack/ArchiveFormat.h"
+#include "pack/BlockWriter.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
-#include "platform/Text.h"
+#include "platform/WantedStop.h"
 
 namespace {
 
-constexpr std::string_view kMagic = "VER2";
-constexpr std::int64_t kSector = 2048;
-constexpr std::int64_t kHeaderSize = 8;
-constexpr std::int64_t kCountOffset = 4;
-constexpr std::int64_t kRecordSize = 32;
-constexpr std::size_t kNameSize = 24;
-// Archives are walked with 16-bit counters, and positions in them are 32-bit signed.
+using namespace ArchiveFormat;
+
+// Archives are walked with 16-bit counters.
 constexpr std::size_t kLongestSearch = 32767;
-constexpr std::int64_t kLargestPosition = std::numeric_limits<std::int32_t>::max();
-constexpr std::int64_t kSmallestPosition = std::numeric_limits<std::int32_t>::min();
-constexpr std::int64_t kBlock = 65536;  // of records or data: what stays in a processor's cache
+constexpr std::int64_t kBlock = BlockWriter::kBlock;  // of records
 constexpr std::int64_t kRecordsPerRead = kBlock / kRecordSize;
+constexpr std::size_t kMostFindings = 20;  // that a message names
 
-std::int64_t WholeSectors(std::int64_t bytes) {
-  return (bytes + kSector - 1) / kSector * kSector;
+/// What is wrong with a record whose data doesn't lie in the file's `length` bytes; `number` is
+/// 1-based.
+std::string Misfit(const Record& record, std::size_t number, std::int64_t length) {
+  return Concat("record ", number, ", \"", record.Name(), "\", has ", record.size, " bytes at ",
+                record.offset, ", which don't lie in the file's ", length, " bytes");
 }
 
-std::int32_t NumberAt(std::string_view bytes, std::size_t offset) {
-  std::uint32_t number = 0;
-  for (std::size_t i = 4; i-- > 0;) {
-    number = (number << 8U) | static_cast<unsigned char>(bytes[offset + i]);
+/// Whether the record of that index is the one that `RemoveFile` finds by its name.
+bool IsFirstOfItsName(std::string_view directory, std::size_t index) {
+  const std::string_view name = RecordAt(directory, index).Name();
+  for (std::size_t i = 0; i <= index; ++i) {
+    if (HasName(directory.substr(i * kRecordSize, kRecordSize), name)) return i == index;
   }
-  return static_cast<std::int32_t>(number);
+  return false;
 }
 
-/// A directory record as it stands in the file. The name keeps what stands behind its NUL.
-struct Record {
-  explicit Record(std::string_view bytes)
-      : offset(NumberAt(bytes, 0) * kSector),
-        size(NumberAt(bytes, 4) * kSector),
-        sizeField(bytes.substr(4, 4)),
-        nameField(bytes.substr(8, kNameSize)) {}
-
-  [[nodiscard]] std::string_view Name() const { return nameField.substr(0, nameField.find('\0')); }
-
-  std::int64_t offset;  // bytes
-  std::int64_t size;    // bytes
-  std::string_view sizeField;
-  std::string_view nameField;
-};
-
-Record RecordAt(std::string_view directory, std::size_t index) {
-  return Record(directory.substr(index * kRecordSize, kRecordSize));
-}
-
-[[noreturn]] void FailOnRecord(const std::string& archive, std::int64_t number,
-                               const std::string& what) {
-  Fail("archive \"", archive, "\": record ", number, " ", what);
-}
-
-/// Checks that an entry's data lies in a file of `length` bytes, before it is read. Other makers'
-/// archives may end inside their last sector.
-void CheckData(const std::string& archive, std::int64_t number, std::int64_t offset,
-               std::int64_t size, std::int64_t length) {
-  if (offset < 0 || size < 0 || offset + size > WholeSectors(length)) {
-    FailOnRecord(archive, number,
-                 Concat("has ", size, " bytes at ", offset, ", which don't lie in the file's ",
-                        length, " bytes"));
+/// What a rebuild says of a directory with records whose data doesn't lie in the file: which they
+/// are, and how to take those out that can be told by their names.
+std::string Misfits(std::string_view directory, std::int64_t length) {
+  std::string findings;
+  std::string names;
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < RecordCount(directory); ++i) {
+    const Record record = RecordAt(directory, i);
+    if (record.LiesIn(length) || ++count > kMostFindings) continue;
+    findings += (findings.empty() ? "" : "; ") + Misfit(record, i + 1, length);
+    if (record.offset < 0 || !IsFirstOfItsName(directory, i)) continue;
+    names += " \"" + std::string(record.Name()) + "\"";
   }
+  if (count > kMostFindings) findings += Concat("; and ", count - kMostFindings, " more");
+  if (!names.empty()) findings += "; \"kvpk remove\" takes them out:" + names;
+  return findings;
 }
 
 /// Checked data of an entry; what its last sector lacks at the end of the file are NULs.
@@ -92,8 +73,8 @@ std::int64_t ReadCount(const File& archive, std::int64_t smallest) {
   const auto count =
       static_cast<std::int64_t>(clsIMGtool::BytesToNumber(archive.ReadAt(kCountOffset, 4)));
   if (count < smallest || kHeaderSize + count * kRecordSize > archive.Size()) {
-    Fail("archive \"", archive.Path(), "\": a directory of ", count,
-         " records doesn't lie in the file's ", archive.Size(), " bytes");
+    FailOn(archive.Path(), "a directory of ", count, " records doesn't lie in the file's ",
+           archive.Size(), " bytes");
   }
   return count;
 }
@@ -106,6 +87,15 @@ std::string BareName(const FileSystem& files, const std::string& path) {
   return name.substr(0, name.find_last_not_of(". ") + 1);  // as the file will be called
 }
 
+/// Deletes a file as far as that can be done.
+void DeleteQuietly(const FileSystem& files, const std::string& path) {
+  try {
+    files.Delete(path);
+  } catch (const Failure&) {
+    return;  // what led here is what counts
+  }
+}
+
 /// Fills an archive that ends inside a sector up to the sector's `end`.
 void PadTo(File& archive, std::int64_t end) {
   if (archive.Size() != end) archive.SetSize(end);
@@ -114,21 +104,12 @@ void PadTo(File& archive, std::int64_t end) {
 /// The records that `Load` counts in the order in which they are the lowest: by offset, and of
 /// several with one offset the last first.
 std::vector<std::size_t> RecordsByOffset(std::string_view directory) {
-  std::vector<std::size_t> order(directory.size() / kRecordSize);
+  std::vector<std::size_t> order(RecordCount(directory));
   std::iota(order.rbegin(), order.rend(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
     return RecordAt(directory, left).offset < RecordAt(directory, right).offset;
   });
   return order;
-}
-
-/// Whether the name in a record equals `name` without regard to case. A name that fills its field
-/// has no NUL and never does.
-bool HasName(std::string_view record, std::string_view name) {
-  constexpr std::size_t kNameOffset = 8;
-  // Where the name would have to end tells most records apart.
-  return name.size() < kNameSize && record[kNameOffset + name.size()] == '\0' &&
-         Text::EqualsIgnoringCase(record.substr(kNameOffset, name.size()), name);
 }
 
 /// Where a record stands in its file (0-based), and the offset of its data.
@@ -170,48 +151,6 @@ void CloseGap(File& archive, std::int64_t position, std::int64_t regionEnd) {
   archive.WriteAt(lastSlot, std::string(kRecordSize, '\0'));
 }
 
-/// Writes the data of entries to a file one behind the other, a block at a time. The blocks end at
-/// whole multiples of their size, where the system has the least to do for each; the entries
-/// themselves begin and end anywhere.
-class BlockWriter {
- public:
-  BlockWriter(File& target, std::int64_t position) : target_(target), position_(position) {}
-
-  void Append(const File& source, std::int64_t offset, std::int64_t length) {
-    while (length > 0) {
-      const std::int64_t end = position_ + static_cast<std::int64_t>(block_.size());
-      const std::int64_t count = std::min(length, kBlock - end % kBlock);
-      const std::size_t filled = block_.size();
-      block_.resize(filled + static_cast<std::size_t>(count));
-      // The file may end inside the entry's last sector, which is filled with NULs then.
-      source.ReadSomeAt(offset, block_.data() + filled, static_cast<std::size_t>(count));
-      offset += count;
-      length -= count;
-      if ((end + count) % kBlock == 0) Flush();
-    }
-  }
-  void Flush() {
-    target_.WriteAt(position_, block_);
-    position_ += static_cast<std::int64_t>(block_.size());
-    block_.clear();
-    if (position_ - started_ >= kStart) StartWriting();
-  }
-
- private:
-  static constexpr std::int64_t kStart = 128 * kBlock;
-
-  // The disk works while more is copied, so that the sync at the end has little left to wait for.
-  void StartWriting() {
-    target_.StartWriting(started_, position_ - started_);
-    started_ = position_;
-  }
-
-  File& target_;
-  std::int64_t position_;     // where the block goes
-  std::int64_t started_ = 0;  // what stands ahead of it is on its way to the disk
-  std::string block_;
-};
-
 }  // namespace
 
 double clsIMGtool::BytesToNumber(std::string_view fourBytes) {
@@ -219,17 +158,7 @@ double clsIMGtool::BytesToNumber(std::string_view fourBytes) {
 }
 
 std::string clsIMGtool::NumberToBytes(double number) {
-  const double rounded = std::nearbyint(number);  // ties to even
-  if (!(rounded >= static_cast<double>(kSmallestPosition) &&
-        rounded <= static_cast<double>(kLargestPosition))) {
-    Fail("number ", number, " doesn't fit 32 bits");
-  }
-  const auto bits = static_cast<std::uint32_t>(static_cast<std::int32_t>(rounded));
-  std::string bytes;
-  for (unsigned int shift = 0; shift < 32; shift += 8) {
-    bytes.push_back(static_cast<char>((bits >> shift) & 255U));
-  }
-  return bytes;
+  return NumberField(number);
 }
 
 void clsIMGtool::SetIMGFile(std::string path) {
@@ -264,13 +193,12 @@ bool clsIMGtool::Load(const std::string& strFile) {
 }
 
 void clsIMGtool::LoadRecords(std::string_view directory) {
-  for (std::size_t i = 0; i < directory.size() / kRecordSize; ++i) {
+  for (std::size_t i = 0; i < RecordCount(directory); ++i) {
     const Record record = RecordAt(directory, i);
     for (const std::int64_t bytes : {record.offset, record.size}) {
       if (bytes > kLargestPosition || bytes < kSmallestPosition) {
-        FailOnRecord(imgFile_, static_cast<std::int64_t>(entries_.size()) + 1,
-                     Concat("has ", record.size, " bytes at ", record.offset,
-                            ", which is out of 32-bit range"));
+        Refuse("record ", entries_.size() + 1, " has ", record.size, " bytes at ", record.offset,
+               ", which is out of 32-bit range");
       }
     }
     entries_.push_back({std::string(record.Name()), static_cast<std::int32_t>(record.offset),
@@ -282,8 +210,7 @@ void clsIMGtool::LoadRecords(std::string_view directory) {
 const udtIMGEntry* clsIMGtool::FindEntry(std::string_view name) const {
   if (imgFile_.empty()) return nullptr;
   if (entries_.size() > kLongestSearch) {
-    Fail("archive \"", imgFile_, "\": ", entries_.size(), " records are more than the ",
-         kLongestSearch, " that can be searched");
+    Refuse(entries_.size(), " records are more than the ", kLongestSearch, " that can be searched");
   }
   const auto found = std::find_if(entries_.begin(), entries_.end(),
                                   [&](const udtIMGEntry& entry) { return entry.Name == name; });
@@ -297,14 +224,20 @@ bool clsIMGtool::ExistsInIMG(std::string_view strName) const {
 bool clsIMGtool::Export(std::string_view strName, const std::string& strDestination) const {
   const udtIMGEntry* const entry = FindEntry(strName);
   if (entry == nullptr) return false;
-  std::string data;
-  {
-    const File archive = files_.OpenForReading(imgFile_);
-    CheckData(imgFile_, entry - entries_.data() + 1, entry->Offset, entry->Size, archive.Size());
-    data = ReadSectors(archive, entry->Offset, entry->Size);
+  const File archive = files_.OpenForReading(imgFile_);
+  const std::int64_t length = archive.Size();
+  const std::int64_t offset = entry->Offset;
+  const std::int64_t size = entry->Size;
+  if (offset < 0 || size < 0 || offset + size > WholeSectors(length)) {
+    Refuse("record ", entry - entries_.data() + 1, " has ", size, " bytes at ", offset,
+           ", which don't lie in the file's ", length, " bytes");
   }
-  File destination = files_.OpenForOutput(strDestination);
-  destination.WriteAt(0, data);
+  File destination = files_.OpenBinary(strDestination);
+  // What the last sector lacks at the end of the file are NULs.
+  const std::int64_t there = std::clamp<std::int64_t>(length - offset, 0, size);
+  destination.CopyFrom(archive, std::min(offset, length), there, 0);
+  if (there < size)
+    destination.WriteAt(there, std::string(static_cast<std::size_t>(size - there), '\0'));
   destination.Close();
   return true;
 }
@@ -312,7 +245,7 @@ bool clsIMGtool::Export(std::string_view strName, const std::string& strDestinat
 void clsIMGtool::FindLowestRecord(std::string_view directory, std::int64_t fileLength) {
   lowestOffset_ = static_cast<double>(fileLength);
   nextEntryPos_ = kHeaderSize + 1;
-  for (std::size_t i = 0; i < directory.size() / kRecordSize; ++i) {
+  for (std::size_t i = 0; i < RecordCount(directory); ++i) {
     NoteRecord(RecordAt(directory, i).offset);
   }
 }
@@ -320,8 +253,7 @@ void clsIMGtool::FindLowestRecord(std::string_view directory, std::int64_t fileL
 clsIMGtool::Payload clsIMGtool::ReadPayload(const std::string& path) const {
   std::string name = BareName(files_, path);
   if (name.size() >= kNameSize) {
-    Fail("archive \"", imgFile_, "\": the name \"", name, "\" has ", name.size(),
-         " bytes, a record takes ", kNameSize - 1);
+    Refuse("the name \"", name, "\" has ", name.size(), " bytes, a record takes ", kNameSize - 1);
   }
   const File source = files_.OpenBinary(path);
   CheckEnd(source.Size());
@@ -362,16 +294,14 @@ void clsIMGtool::WriteEntry(File& archive, std::int64_t end, const Payload& payl
   PadTo(archive, end);
   // What stood in the slot behind the name's NUL stays there.
   archive.WriteAt(static_cast<std::int64_t>(nextEntryPos_) - 1,
-                  NumberToBytes(static_cast<double>(end) / kSector) +
-                      NumberToBytes(static_cast<double>(payload.Size()) / kSector) + payload.name +
-                      '\0');
+                  SectorField(end) + SectorField(payload.Size()) + payload.name + '\0');
   archive.WriteAt(kCountOffset, NumberToBytes(entryCount_ + 1));
   archive.WriteAt(end, payload.data);
 }
 
 void clsIMGtool::CheckEnd(std::int64_t end) const {
   if (end > kLargestPosition) {
-    Fail("archive \"", imgFile_, "\": it would grow to ", end, " bytes, more than 2 GiB");
+    Refuse("it would grow to ", end, " bytes, more than 2 GiB");
   }
 }
 
@@ -387,13 +317,11 @@ bool clsIMGtool::MakeRoomForRecord(File& archive) {
   for (const std::size_t index : RecordsByOffset(directory)) {
     const Record record = RecordAt(directory, index);
     if (needed <= static_cast<double>(record.offset)) break;
-    CheckData(imgFile_, static_cast<std::int64_t>(index) + 1, record.offset, record.size,
-              archive.Size());
+    if (!record.LiesIn(archive.Size())) Refuse(Misfit(record, index + 1, archive.Size()));
     const std::string data = ReadSectors(archive, record.offset, record.size);
     const std::int64_t end = ReserveEnd(archive, record.size);
     PadTo(archive, end);
-    archive.WriteAt(kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize,
-                    NumberToBytes(static_cast<double>(end) / kSector));
+    archive.WriteAt(kHeaderSize + static_cast<std::int64_t>(index) * kRecordSize, SectorField(end));
     archive.WriteAt(end, data);  // its old place is dead from here on
   }
   return true;
@@ -420,8 +348,8 @@ bool clsIMGtool::TakeOut(File& archive, std::string_view strName) {
   const auto regionEnd = static_cast<std::int64_t>(lowestOffset_);
   const auto directorySize = static_cast<std::int64_t>(entryCount_) * kRecordSize;
   if (regionEnd < kHeaderSize + directorySize) {
-    Fail("archive \"", imgFile_, "\": the data of an entry at ", regionEnd,
-         " begins inside the directory of ", directorySize, " bytes");
+    Refuse("the data of an entry at ", regionEnd, " begins inside the directory of ", directorySize,
+           " bytes");
   }
   const auto found = FindRecord(archive, directorySize / kRecordSize, strName);
   if (!found) return false;
@@ -448,35 +376,49 @@ bool clsIMGtool::TakeOut(File& archive, std::string_view strName) {
 bool clsIMGtool::RebuildIMG(const std::string& strFile) {
   const std::string path = strFile.empty() ? imgFile_ : strFile;
   const std::string temporary = path + ".tmp";
-  {
-    const File source = files_.OpenBinary(path);
-    if (!HasMagic(source)) {
-      imgFile_ = path;
-      return false;
-    }
-    const std::int64_t count = ReadCount(source, 0);
-    File target = files_.OpenBinary(temporary);
-    CopyEntries(source, target, count);
-    // The sync of the one file would have the disk take note of others, whose data isn't there yet.
-    files_.SyncChanges();
-    target.Sync();
-    target.Close();
+  if (!HasMagic(files_.OpenBinary(path))) {
+    imgFile_ = path;
+    return false;
+  }
+  try {
+    Rebuild(path, temporary);
+  } catch (const WantedStop&) {
+    DeleteQuietly(files_, temporary);
+    throw;
   }
   files_.PutInPlace(temporary, path);
   return Load(path);
 }
 
+void clsIMGtool::Rebuild(const std::string& path, const std::string& temporary) const {
+  const File source = files_.OpenBinary(path);
+  const std::int64_t count = ReadCount(source, 0);
+  File target = files_.OpenBinary(temporary);
+  CopyEntries(source, target, count);
+  // The sync of the one file would have the disk take note of others, whose data isn't there yet.
+  files_.SyncChanges();
+  target.Sync();
+  target.Close();
+}
+
 void clsIMGtool::CopyEntries(const File& source, File& target, std::int64_t count) const {
+  constexpr std::int64_t kStart = 128 * BlockWriter::kBlock;
   std::int64_t position = WholeSectors(kHeaderSize + 1 + count * kRecordSize);
   std::string head = source.ReadAt(0, kHeaderSize);
   const std::string directory = source.ReadAt(kHeaderSize, count * kRecordSize);
   const std::int64_t length = source.Size();
   BlockWriter writer(target, position);
+  std::int64_t started = 0;
   for (std::int64_t i = 0; i < count; ++i) {
     const Record record = RecordAt(directory, static_cast<std::size_t>(i));
-    CheckData(source.Path(), i + 1, record.offset, record.size, length);
+    if (!record.LiesIn(length)) FailOn(source.Path(), Misfits(directory, length));
     writer.Append(source, record.offset, record.size);
-    head += NumberToBytes(static_cast<double>(position) / kSector);
+    // The disk works while more is copied, so that the sync at the end has little to wait for.
+    if (writer.Written() - started >= kStart) {
+      target.StartWriting(started, writer.Written() - started);
+      started = writer.Written();
+    }
+    head += SectorField(position);
     head += record.sizeField;
     head += record.nameField;  // what stands behind its NUL goes along
     position += record.size;

@@ -6,26 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "pack/ArchiveFormat.h"
 #include "pack/dclUDTs.h"
 
 class File;
 class FileSystem;
 
-/// IMG archives: the game's own and mod packs, which are archives of the same form.
-///
-///     offset  size
-///          0     4  "VER2"
-///          4     4  number of directory records
-///          8  32 each  directory records
-///          -     -  free directory space, up to the lowest data offset
-///          -     -  data of the entries, each from a sector boundary (2,048 bytes) on
-///
-///     a record:   0  4  offset of the data in sectors
-///                 4  4  size of the data in sectors
-///                 8 24  name, ended by the first NUL if there is one
-///
-/// All numbers are 32-bit signed, little-endian. Names are Windows-1252. The true length of an
-/// entry isn't recorded: what was shorter than its last sector has NULs behind it.
+/// IMG archives: the game's own and mod packs, which are archives of the same form
+/// (see `ArchiveFormat`).
 ///
 /// Paths are DOS path text. An archive's file is open within one operation only. Nothing is
 /// caught here: every failure is a `Failure` that names the archive.
@@ -85,7 +73,8 @@ class clsIMGtool {
 
   /// Writes the archive anew without gaps and dead data and puts it in the old one's place, by
   /// way of `strFile` + ".tmp"; then loads it. Empty means `IMGFile`. Returns what `Load`
-  /// returns; false, and nothing changed, if the file doesn't begin with the magic.
+  /// returns; false, and nothing changed, if the file doesn't begin with the magic. A failure
+  /// leaves the archive as it was and the ".tmp" behind; a wanted stop leaves no ".tmp".
   bool RebuildIMG(const std::string& strFile);
 
   /// Four bytes, least significant first, as a 32-bit signed number.
@@ -120,7 +109,13 @@ class clsIMGtool {
   void AppendEmptySector(File& archive) const;
   /// Makes sure of room for `size` bytes behind the archive's last sector, and returns its end.
   std::int64_t ReserveEnd(File& archive, std::int64_t size) const;
+  void Rebuild(const std::string& path, const std::string& temporary) const;
   void CopyEntries(const File& source, File& target, std::int64_t count) const;
+  /// Fails with the archive's path and what is wrong with it.
+  template <typename... Parts>
+  [[noreturn]] void Refuse(const Parts&... parts) const {
+    ArchiveFormat::FailOn(imgFile_, parts...);
+  }
 
   const FileSystem& files_;
   std::string imgFile_;

@@ -7,6 +7,7 @@
 #include <zlib.h>
 
 #include "core/basDebugLog.h"
+#include "pack/BlockWriter.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 
@@ -56,31 +57,6 @@ class BlockReader {
   const File& file_;
   std::string buffer_;
   std::string_view left_;
-  std::int64_t position_ = 0;
-};
-
-/// Takes blocks for a file one after the other.
-class BlockWriter {
- public:
-  explicit BlockWriter(File& file) : file_(file), buffer_(kBlocksOnDisk, '\0') {}
-
-  /// Room for the next block.
-  char* Room() { return buffer_.data() + filled_; }
-  /// The room now holds `count` bytes; only the last block may be a short one.
-  void Take(std::size_t count) {
-    filled_ += count;
-    if (filled_ == buffer_.size()) Flush();
-  }
-  void Flush() {
-    file_.WriteAt(position_, std::string_view(buffer_).substr(0, filled_));
-    position_ += static_cast<std::int64_t>(filled_);
-    filled_ = 0;
-  }
-
- private:
-  File& file_;
-  std::string buffer_;
-  std::size_t filled_ = 0;
   std::int64_t position_ = 0;
 };
 

@@ -9,6 +9,7 @@
 
 #include "pack/ArchiveWriter.h"
 #include "pack/Catalogue.h"
+#include "pack/ZlibStream.h"
 #include "pack/clsEncryption.h"
 #include "platform/DosPath.h"
 #include "platform/FileSystem.h"

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "pack/ArchiveFormat.h"
+
 class FileSystem;
 
 /// What the making of a pack from a folder and the way back share: the form of that folder, which
@@ -21,8 +23,8 @@ inline constexpr std::string_view kPictures = "pictures";  // stored as they are
 inline constexpr std::string_view kRaw = "raw";            // stored as they are
 
 /// The longest name of an entry, and of one that a script can put into a game archive, in bytes.
-inline constexpr std::size_t kLongestEntryName = 24;
-inline constexpr std::size_t kLongestImgName = 23;
+inline constexpr std::size_t kLongestEntryName = ArchiveFormat::kNameSize;
+inline constexpr std::size_t kLongestImgName = ArchiveFormat::kNameSize - 1;
 
 /// Takes a line (engine text) that a person should know but that can't stop the work.
 using Warn = std::function<void(const std::string& text)>;

@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "core/basIni.h"
-#include "pack/ArchiveWriter.h"
+#include "pack/ArchiveFormat.h"
 #include "pack/Catalogue.h"
+#include "pack/ZlibStream.h"
 #include "pack/clsIMGtool.h"
 #include "platform/DosPath.h"
 #include "platform/Failure.h"
@@ -20,7 +21,7 @@ namespace {
 
 using PackSource::Warn;
 
-constexpr std::size_t kSector = 2048;
+constexpr std::size_t kSector = ArchiveFormat::kSector;
 constexpr const char* kEndScriptFile = "end.txt";
 constexpr const char* kPageFile = "page.html";
 constexpr const char* kScriptFile = "install.txt";

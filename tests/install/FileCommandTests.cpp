@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "install/InstallFixture.h"
+#include "pack/ZlibStream.h"
 #include "support/RawArchive.h"
 
 namespace {

@@ -13,6 +13,7 @@
 #include "install/InstallSession.h"
 #include "install/basScript.h"
 #include "pack/ArchiveWriter.h"
+#include "pack/ZlibStream.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "support/RecordingHost.h"

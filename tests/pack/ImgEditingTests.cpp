@@ -11,6 +11,7 @@
 #include "pack/clsIMGtool.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/WantedStop.h"
 #include "support/PackFile.h"
 #include "support/RawArchive.h"
 #include "support/TempFolder.h"
@@ -289,6 +290,35 @@ TEST_F(ImgEditing, RebuildLeavesWhatIsNoArchiveOrDamagedAlone) {
     EXPECT_THROW(tool.RebuildIMG(folder.Dos("a.img")), Failure);
     EXPECT_TRUE(Bytes() == bytes);
   }
+}
+
+TEST_F(ImgEditing, RebuildNamesTheRecordsWithoutDataAndHowTheyGo) {
+  Load(Filled(Header(5) + Record(1, 1, "gut") + Record(9, 1, "weg.dff") + Record(9, 1, "GUT") +
+              Record(1, 7, "lang") + Record(2, 1, "b")) +
+       Noise(4096, 21));
+  try {
+    tool.RebuildIMG("");
+    FAIL();
+  } catch (const Failure& failure) {
+    // By the name of the third record, the first one would go.
+    EXPECT_THAT(
+        failure.what(),
+        testing::HasSubstr(
+            "record 2, \"weg.dff\", has 2048 bytes at 18432, which don't lie in the file's "
+            "6144 bytes; record 3, \"GUT\", has 2048 bytes at 18432, which don't lie in the "
+            "file's 6144 bytes; record 4, \"lang\", has 14336 bytes at 2048, which don't lie "
+            "in the file's 6144 bytes; \"kvpk remove\" takes them out: \"weg.dff\" \"lang\""));
+  }
+  EXPECT_EQ(folder.List(), (std::vector<std::string>{"a.img", "a.img.tmp"}));
+}
+
+TEST_F(ImgEditing, AStopInARebuildLeavesTheArchiveAndNoHelper) {
+  const std::string before = RawArchive::Make(Numbered(5), 4);
+  Load(before);
+  tool.DoEvents = [] { throw WantedStop{2}; };
+  EXPECT_THROW(tool.RebuildIMG(""), WantedStop);
+  EXPECT_TRUE(Bytes() == before);
+  EXPECT_EQ(folder.List(), std::vector<std::string>{"a.img"});
 }
 
 /// Lets an operation on "a.img" fail at its first, second, ... operation on disk.

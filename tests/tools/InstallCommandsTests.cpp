@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "pack/ArchiveWriter.h"
+#include "pack/ZlibStream.h"
 #include "platform/FolderLock.h"
 #include "tools/Kvpk.h"
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "pack/ArchiveWriter.h"
+#include "pack/ZlibStream.h"
 #include "tools/Kvpk.h"
 
 using nlohmann::ordered_json;

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "pack/Catalogue.h"
+#include "pack/ZlibStream.h"
 #include "pack/clsIMGtool.h"
 #include "pack/zlibIF.h"
 #include "platform/Failure.h"
