@@ -28,7 +28,7 @@ namespace ImgCommands {
 
 void LoadArchive(ScriptState& state, std::string_view path) {
   state.FirstArg = state.Session.ResolvePath(path);
-  state.ArchiveUsable = state.Session.IMG.Load(std::string(state.FirstArg));
+  state.ArchiveUsable = state.Session.IMG.Load(state.FirstArg);
 }
 
 void AddIMG(ScriptState& state, std::string_view payload) {
@@ -61,7 +61,7 @@ void RemoveIMG(ScriptState& state, std::string_view entry) {
 void RebuildFirst(ScriptState& state, std::string_view path) {
   state.FirstArg = state.Session.ResolvePath(path);
   state.Session.StatusPrefix = state.FirstArgName();
-  state.ArchiveUsable = state.Session.IMG.RebuildIMG(std::string(state.FirstArg));
+  state.ArchiveUsable = state.Session.IMG.RebuildIMG(state.FirstArg);
 }
 
 void RebuildFurther(ScriptState& state, std::string_view path) {

@@ -62,7 +62,7 @@ class ScriptRun {
       return !session_.Files.FindFirst(path, kFindHidden | kFindSystem | kFindFolders).empty();
     }
     if (step.test == ScriptStep::Test::kEntry) {
-      session_.IMG.Load(std::string(path));
+      session_.IMG.Load(path);
       return session_.IMG.ExistsInIMG(step.argument);
     }
     return basTextEdit::LineExists(session_.Files, path, step.argument,
