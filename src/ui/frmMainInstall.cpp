@@ -123,8 +123,10 @@ void frmMain::OpenKELVOFile(const std::string& path) {
   if (openingIsOn_) return;
   openingIsOn_ = true;
   const auto over = qScopeGuard([this] { openingIsOn_ = false; });
+  bool isPack = false;
   Trapped("frmMain.OpenKELVOFile", [&] {
-    if (session_.ModPackIMG.Load(path)) {
+    isPack = session_.ModPackIMG.Load(path);
+    if (isPack) {
       ShowLoading();
       DoEvents();
       ReadCatalogue();
@@ -135,6 +137,10 @@ void frmMain::OpenKELVOFile(const std::string& path) {
     ShowPage();
     SetMinimumSize(kSmallestWidthWithPack, session_.Pack.HTMLHeight + kSmallestHeightWithoutPage);
   });
+  if (isPack) return;
+  // The pack that was open before is left in the lists, but its payload can't be reached any more.
+  const std::string name = path.substr(path.find_last_of("\\/") + 1);
+  lblTitel->SetCaption("Kein Modpack: " + ToQString(name));
 }
 
 void frmMain::ReadCatalogue() {

@@ -238,7 +238,7 @@ TEST_F(MainWindow, KeepsTheOldPackIfTheNewOneIsNone) {
   frmMain& window = StartWithPack();
   Folder.Write("kein.kvpk", "This is no archive at all.");
   window.OpenKELVOFile(Folder.Dos("kein.kvpk"));
-  EXPECT_EQ(window.lblTitel->Caption(), "Probe");
+  EXPECT_EQ(window.lblTitel->Caption(), "Kein Modpack: kein.kvpk");
   EXPECT_EQ(window.Session().Pack.Mods.size(), 4U);
   EXPECT_THAT(Messages, IsEmpty());
   EXPECT_FALSE(SplashIsThere());
