@@ -1,9 +1,16 @@
 #include "platform/window/WindowDrag.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QWindow>
 #include <algorithm>
+
+namespace {
+
+constexpr int kTremor = 4;  // pixels that a click may move the mouse
+
+}  // namespace
 
 void WindowDrag::Start(QWidget* window, Qt::Edges edges, Qt::MouseButton button,
                        const QPointF& mouse) {
@@ -15,8 +22,12 @@ void WindowDrag::Start(QWidget* window, Qt::Edges edges, Qt::MouseButton button,
   button_ = button;
   mouseFrom_ = mouse;
   boxFrom_ = window->geometry();
-  // Window managers watch for the left button's end alone.
-  const bool isTaken = button == Qt::LeftButton && AskSystem(edges);
+  // Window managers watch for the left button's end alone. A move they get only when the mouse has
+  // moved: they take the mouse, and the second press of a double click with it.
+  const bool isLeft = button == Qt::LeftButton;
+  asksLater_ = isLeft && edges == kAllEdges;
+  way_ = QPoint();
+  const bool isTaken = isLeft && !asksLater_ && AskSystem(edges);
   state_ = isTaken ? State::kSystem : State::kFollows;
   QCoreApplication::instance()->installEventFilter(this);
 }
@@ -71,9 +82,26 @@ bool WindowDrag::MouseMoved(const QMouseEvent& event) {
     return false;
   }
   const QPoint way = (event.globalPosition() - mouseFrom_).toPoint();
+  if (asksLater_ && way.manhattanLength() < kTremor) return true;
+  if (asksLater_ && IsTimeToAsk(way)) {
+    asksLater_ = false;
+    if (AskSystem(edges_)) {
+      state_ = State::kSystem;
+      return true;
+    }
+  }
+  way_ = way;
   window_->setGeometry(
       Dragged(boxFrom_, edges_, way, window_->minimumSize(), window_->maximumSize()));
   return true;
+}
+
+// Whoever takes over goes on from where window and mouse are, and the mouse's last step is lost: it
+// must be small, and until then the window follows by itself, unless it can't.
+bool WindowDrag::IsTimeToAsk(const QPoint& way) const {
+  constexpr int kSmallStep = 8;  // pixels
+  static const bool isWayland = QGuiApplication::platformName().startsWith("wayland");
+  return isWayland || window_->isMaximized() || (way - way_).manhattanLength() < kSmallStep;
 }
 
 // Some systems keep the release of the drags that they take. The toolkit would count the button as

@@ -41,12 +41,15 @@ class WindowDrag : public QObject {
   enum class State { kNone, kFollows, kSystem };
 
   [[nodiscard]] bool AskSystem(Qt::Edges edges) const;
+  [[nodiscard]] bool IsTimeToAsk(const QPoint& way) const;
   bool MouseMoved(const QMouseEvent& event);
   void MakeUpRelease();
   void End();
 
   State state_ = State::kNone;
   QPointer<QWidget> window_;
+  bool asksLater_ = false;  // the system is asked when the mouse moves
+  QPoint way_;              // of the mouse, as far as the window has followed
   Qt::Edges edges_;
   Qt::MouseButton button_ = Qt::NoButton;
   // Where both were at the start.
