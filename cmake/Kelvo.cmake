@@ -25,23 +25,26 @@ function(kelvo_library name)
   target_link_libraries(${name} PUBLIC kelvo_options ${ARGN})
 endfunction()
 
-# kelvo_windows_resource(TARGET DESCRIPTION [ICON MANIFEST]): what Windows shows of a program, from
-# packaging/windows. Does nothing elsewhere.
+# kelvo_windows_resource(TARGET DESCRIPTION): what Windows shows of a program, and how it runs it,
+# from packaging/windows. Does nothing elsewhere.
 function(kelvo_windows_resource target description)
   if(NOT WIN32)
     return()
   endif()
   set(KELVO_PROGRAM ${target})
   set(KELVO_DESCRIPTION ${description})
-  string(REPLACE "." "," KELVO_VERSION_NUMBERS "${PROJECT_VERSION}.0")
-  set(KELVO_FILES "")
-  if(ARGC GREATER 2)
-    set(KELVO_FILES "1 ICON \"${ARGV2}\"\n1 24 \"${ARGV3}\"\n")
-  endif()
+  set(KELVO_VERSION_DOTTED ${PROJECT_VERSION}.0)
+  string(REPLACE "." "," KELVO_VERSION_NUMBERS ${KELVO_VERSION_DOTTED})
+  set(KELVO_ICON ${CMAKE_BINARY_DIR}/skin/kelvo.ico)
+  set(KELVO_MANIFEST ${CMAKE_CURRENT_BINARY_DIR}/${target}.manifest)
   set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/program.manifest.in ${KELVO_MANIFEST} @ONLY)
   configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/program.rc.in ${resource} @ONLY)
   target_sources(${target} PRIVATE ${resource})
-  set_source_files_properties(${resource} PROPERTIES OBJECT_DEPENDS "${ARGN}")
+  set_source_files_properties(${resource} PROPERTIES OBJECT_DEPENDS "${KELVO_ICON};${KELVO_MANIFEST}")
+  add_dependencies(${target} kelvo_skin)
+  # What has been linked, for those who pass it on.
+  target_link_options(${target} PRIVATE -Wl,-Map=$<TARGET_FILE:${target}>.map)
 endfunction()
 
 # kelvo_precompile_widgets(TARGET): the toolkit's and the library's headers that most sources of the

@@ -7,12 +7,16 @@ namespace Windows {
 namespace {
 
 constexpr REGSAM kReadAndWrite = 0x2003F;
+constexpr REGSAM kRead = KEY_READ;
 
 }  // namespace
 
 RegistryKey RegistryKey::Open(HKEY top, const std::wstring& subKey, REGSAM view) {
   HKEY key = nullptr;
-  const LSTATUS error = RegOpenKeyExW(top, subKey.c_str(), 0, kReadAndWrite | view, &key);
+  LSTATUS error = RegOpenKeyExW(top, subKey.c_str(), 0, kReadAndWrite | view, &key);
+  // An ordinary user may not write to the machine's keys.
+  if (error == ERROR_ACCESS_DENIED)
+    error = RegOpenKeyExW(top, subKey.c_str(), 0, kRead | view, &key);
   return RegistryKey(error == ERROR_SUCCESS ? key : nullptr);
 }
 

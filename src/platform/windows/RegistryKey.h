@@ -8,8 +8,7 @@
 
 namespace Windows {
 
-/// An open key of the registry, for reading and writing: who may not write to a key can't read it
-/// here either.
+/// An open key of the registry, for reading and, as far as the user may, for writing.
 class RegistryKey {
  public:
   /// Opens an existing key; `view` is one of the system's two, or 0 for the program's own.
@@ -22,7 +21,7 @@ class RegistryKey {
   RegistryKey& operator=(const RegistryKey&) = delete;
   ~RegistryKey();
 
-  /// Whether there is such a key, and the user may read and write it.
+  /// Whether there is such a key, and the user may read it.
   [[nodiscard]] bool IsOpen() const { return key_ != nullptr; }
   /// The text of a value of type 1 or 2, with all that stands in it; nothing for any other, for
   /// one that isn't there and for a text of more than `longest` characters.
