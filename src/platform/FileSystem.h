@@ -24,7 +24,9 @@
 ///   letters of Windows-1252; of several, the first in order of names. What is newly made gets
 ///   its name as written. Names on disk are UTF-8, with the marks of letters on them or behind
 ///   them (NFC, NFD); a name that isn't, or that Windows-1252 or DOS path text can't say, is never
-///   found.
+///   found. `ToDosText` says letters that Windows-1252 lacks by their numbers ("{u418.433}"), and a
+///   path may so lead to such a file, or through such a folder to others. No query of a folder's
+///   files gives them.
 /// - Hidden means a leading dot; a device, socket or pipe counts as a system file and is never
 ///   opened. A broken link, or a loop of links, is not found and can't be opened or made.
 /// - A file without any write permission bit is write-protected, for root as well.
@@ -150,7 +152,8 @@ class FileSystem {
  public:
   explicit FileSystem(FileSystemOptions options = {});
 
-  /// The DOS path text of a native path (made absolute first). Fails if it can't be said.
+  /// The DOS path text of a native path (made absolute first). Fails if it can't be said: on Linux
+  /// if a name is no UTF-8 or holds a backslash, colon or wildcard.
   [[nodiscard]] std::string ToDosText(const std::filesystem::path& native) const;
   /// The native path of DOS path text; components that exist get their names as on disk (on
   /// Windows, the last one). Fails on a drive that doesn't exist and on text that names no file.

@@ -104,7 +104,12 @@ void AppendUtf8(std::string& out, unsigned code) {
     out += static_cast<char>(0xC0U | (code >> 6U));
     out += static_cast<char>(0x80U | (code & 0x3FU));
   } else {
-    out += static_cast<char>(0xE0U | (code >> 12U));
+    if (code < 0x10000) {
+      out += static_cast<char>(0xE0U | (code >> 12U));
+    } else {
+      out += static_cast<char>(0xF0U | (code >> 18U));
+      out += static_cast<char>(0x80U | ((code >> 12U) & 0x3FU));
+    }
     out += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
     out += static_cast<char>(0x80U | (code & 0x3FU));
   }
@@ -145,6 +150,35 @@ bool PutMarkOn(std::string& text, unsigned code) {
   return true;
 }
 
+// Whether a number is that of a letter which the code page lacks.
+bool IsBeyond(unsigned code) {
+  const bool isHalfOfPair = code >= 0xD800 && code <= 0xDFFF;
+  return code > 0x7F && code <= 0x10FFFF && !isHalfOfPair && !FromUnicode(code);
+}
+
+// Takes "{u418.433}" off the front of `rest`, and adds its letters to `utf8`; false if something
+// else stands there.
+bool TakeNumbers(std::string_view& rest, std::string& utf8) {
+  std::string_view text = rest.substr(0, rest.find('}'));
+  if (text.size() == rest.size() || text.size() < 3 || text[0] != '{' ||
+      (text[1] != 'u' && text[1] != 'U'))
+    return false;
+  text.remove_prefix(1);
+  std::string letters;
+  while (!text.empty()) {
+    text.remove_prefix(1);
+    unsigned code = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code, 16);
+    if (error != std::errc() || !IsBeyond(code)) return false;
+    AppendUtf8(letters, code);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    if (!text.empty() && text[0] != '.') return false;
+  }
+  rest.remove_prefix(rest.find('}') + 1);
+  utf8 += letters;
+  return true;
+}
+
 // UTF-8 as Windows-1252 bytes; `add` may add a character that the code page lacks.
 template <typename Add>
 std::optional<std::string> Decoded(std::string_view utf8, Add add) {
@@ -182,6 +216,34 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
 
 std::optional<std::string> FromDecomposedUtf8(std::string_view utf8) {
   return Decoded(utf8, PutMarkOn);
+}
+
+std::optional<std::string> AliasOf(std::string_view utf8) {
+  std::size_t end = 0;  // of the last group of numbers
+  return Decoded(utf8, [&](std::string& out, unsigned code) {
+    if (!IsBeyond(code)) return false;
+    const bool goesOn = end > 0 && end == out.size();
+    if (goesOn) out.pop_back();
+    std::array<char, 8> number{};
+    const auto [last, error] = std::to_chars(number.begin(), number.end(), code, 16);
+    out.append(goesOn ? "." : "{u").append(number.begin(), last).append("}");
+    end = out.size();
+    return error == std::errc();
+  });
+}
+
+std::optional<std::string> FromAlias(std::string_view text) {
+  std::string utf8;
+  bool any = false;
+  while (!text.empty()) {
+    if (TakeNumbers(text, utf8)) {
+      any = true;
+      continue;
+    }
+    AppendUtf8(utf8, ToUnicode(text[0]));
+    text.remove_prefix(1);
+  }
+  return any ? std::optional(std::move(utf8)) : std::nullopt;
 }
 
 std::string FromUtf8Lossy(std::string_view utf8) {

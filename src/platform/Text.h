@@ -23,6 +23,13 @@ std::optional<std::string> FromUtf8(std::string_view utf8);
 /// some systems write file names (NFD).
 std::optional<std::string> FromDecomposedUtf8(std::string_view utf8);
 
+/// Any UTF-8 as Windows-1252 bytes: letters that the code page lacks stand there by their numbers,
+/// "{u418.433}". Nothing if the input isn't valid UTF-8.
+std::optional<std::string> AliasOf(std::string_view utf8);
+
+/// The UTF-8 that `AliasOf` makes this text of; nothing if no letter in it stands by its number.
+std::optional<std::string> FromAlias(std::string_view text);
+
 /// UTF-8 as Windows-1252 bytes for people to read: a character that Windows-1252 doesn't have, and
 /// a byte that is no UTF-8, become "?".
 std::string FromUtf8Lossy(std::string_view utf8);

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "pack/clsIMGtool.h"
+#include "platform/DosPath.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
@@ -52,6 +53,8 @@ int Add(const ArchiveArguments& arguments) {
   std::vector<std::string> paths;
   for (const std::string& file : arguments.names) {
     paths.push_back(ExistingFile(files, file));
+    if (Text::FromAlias(paths.back().substr(DosPath::FolderPart(paths.back()).size())))
+      Fail("\"", Text::FromUtf8Lossy(file), "\": Windows-1252 can't say this name");
     if (IsSameFile(file, arguments.archive)) {
       throw UsageError("an archive can't be added to itself: " + Text::FromUtf8Lossy(file));
     }

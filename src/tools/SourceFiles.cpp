@@ -55,7 +55,7 @@ void RefuseUnseenNames(const FileSystem& files, const SourceFolder& folder,
   for (const auto& entry : std::filesystem::directory_iterator(files.ToNative(folder.path))) {
     const std::u8string native = entry.path().filename().u8string();
     const std::string utf8(native.begin(), native.end());
-    const auto name = Text::FromUtf8(utf8);
+    const auto name = Text::FromDecomposedUtf8(utf8);
     if (utf8.starts_with('.') || (name && seen.contains(*name))) continue;
     FailAt(folder.PlaceOf(Text::FromUtf8Lossy(utf8)),
            name ? "it can't be reached by this name" : "Windows-1252 can't say this name");

@@ -104,7 +104,7 @@ void OptionsPage::UseSystemDialogs() {
 }
 
 void OptionsPage::ShowDirectory() const {
-  txtSAInstallDir->setText(ToQString(session_.SAInstallDir));
+  txtSAInstallDir->setText(PathToQString(session_.SAInstallDir));
 }
 
 void OptionsPage::SetMusic(int value) const {
@@ -142,10 +142,11 @@ void OptionsPage::cmdOK_Click() {
 void OptionsPage::cmdSelectSAInstallDir_Click() {
   Trapped("frmMain.cmdSelectSAInstallDir_Click", [&] {
     neighbours_.PlayClick();
-    const std::string chosen = neighbours_.ChooseFolder(
-        "GTA San Andreas Installationsverzsichnis suchen", FromQString(txtSAInstallDir->text()));
+    const std::string chosen =
+        neighbours_.ChooseFolder("GTA San Andreas Installationsverzsichnis suchen",
+                                 PathFromQString(txtSAInstallDir->text()));
     if (chosen.empty() || !TestDirectory(chosen)) return;
-    txtSAInstallDir->setText(ToQString(chosen));
+    txtSAInstallDir->setText(PathToQString(chosen));
   });
 }
 
@@ -177,5 +178,5 @@ void OptionsPage::chkMusik_Click() {
 
 void OptionsPage::txtSAInstallDir_Change() {
   Trapped("frmMain.txtSAInstallDir_Change",
-          [&] { session_.SAInstallDir = FromQString(txtSAInstallDir->text()); });
+          [&] { session_.SAInstallDir = PathFromQString(txtSAInstallDir->text()); });
 }

@@ -53,7 +53,12 @@ int RunKelvo(int argc, char** argv) {
     programPath = NativePath::ToDosText(files, QCoreApplication::applicationFilePath());
   } catch (const Failure& failure) {
     // The program's own folder has a name that the game's world can't say.
-    QMessageBox::critical(nullptr, MessageBoxes::DefaultTitle(), ToQString(failure.what()));
+    basDebugLog::LogError("RunKelvo", failure.what());
+    QMessageBox::critical(
+        nullptr, MessageBoxes::DefaultTitle(),
+        "KELVO kann aus diesem Ordner nicht starten, weil ein Name in seinem Pfad "
+        "ein Zeichen enthält, das in Pfaden des Spiels nicht stehen kann: " +
+            QCoreApplication::applicationDirPath());
     return 1;
   }
   const std::unique_ptr<SoundLibrary> soundLibrary = MakeSoundLibrary(files);

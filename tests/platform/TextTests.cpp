@@ -42,6 +42,18 @@ TEST(Text, FromUtf8RefusesWhatIsMalformedOrUnknown) {
             "a, \x9A");
   EXPECT_EQ(Text::FromDecomposedUtf8("x\u0308"), std::nullopt);
   EXPECT_EQ(Text::FromDecomposedUtf8("\u0308"), std::nullopt);
+  const std::vector<std::pair<const char*, const char*>> aliases = {
+      {"\u0418\u0433 \u00E4\u0440", "{u418.433} \xE4{u440}"},
+      {"o\u0308\U0001F600", "o{u308.1f600}"},
+      {"{u41}", "{u41}"}};
+  for (const auto& [utf8, alias] : aliases) {
+    EXPECT_EQ(Text::AliasOf(utf8), alias);
+    EXPECT_EQ(Text::FromAlias(alias).value_or(alias), utf8);
+  }
+  EXPECT_EQ(Text::FromAlias("{U1F600}"), "\U0001F600");
+  for (const char* text : {"{u41}", "{u}", "{u418", "{u418.}", "{u.418}", "{ud800}", "{u110000}",
+                           "{u-418}", "{ux}", "{u418,433}", "plain"})
+    EXPECT_EQ(Text::FromAlias(text), std::nullopt) << text;
   EXPECT_EQ(Text::FromUtf8Lossy("a\U0001F600\xC3z"), "a??z")
       << "one for a character, or a bad byte";
 }

@@ -239,7 +239,7 @@ bool IsRunning(std::int64_t process) {
 
 SystemError RenameEntry(const Place& source, const Place& target, std::string_view /*to*/) {
   const std::string renamed =
-      Posix::Below(Posix::FolderOf(target.native), Text::ToUtf8(target.asWritten));
+      Posix::Below(Posix::FolderOf(target.native), Posix::NativeName(target.asWritten));
   // Where the file system itself doesn't mind case, the new name exists already: as this entry.
   const bool replaces = target.Exists() && source.native != target.native;
   return replaces ? RenameOnto(source.native, renamed) : RenameToFree(source.native, renamed);

@@ -57,7 +57,8 @@ std::filesystem::path FileSystem::ToNative(std::string_view path) const {
   if (place.kind == Kind::kFree) native = Posix::FolderOf(native);
   for (const std::string& name : created) {
     if (!DosPath::IsPlainFileName(name)) FailWith("look up", path, EINVAL);
-    native = Posix::Below(native, Text::ToUtf8(Lookup::WithoutTrailingDots(name)));
+    native =
+        Posix::Below(native, Posix::NativeName(std::string(Lookup::WithoutTrailingDots(name))));
   }
   return native;
 }

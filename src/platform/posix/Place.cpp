@@ -20,11 +20,18 @@ using Lookup::ComesBefore;
 using Lookup::WithoutTrailingDots;
 using Kind = Place::Kind;
 
+bool IsRefused(std::string_view native) {
+  return native.find_first_of("\\:*?") != std::string_view::npos || Lookup::IsLockFile(native);
+}
+
 // A name on disk as engine text; nothing if DOS path text can't say it.
 std::optional<std::string> NameOnDisk(std::string_view native) {
-  if (native.find_first_of("\\:*?") != std::string_view::npos || Lookup::IsLockFile(native))
-    return std::nullopt;
-  return Text::FromDecomposedUtf8(native);
+  return IsRefused(native) ? std::nullopt : Text::FromDecomposedUtf8(native);
+}
+
+// A name on disk that the code page can't say, by the numbers of its letters.
+std::optional<std::string> AliasOnDisk(std::string_view native) {
+  return IsRefused(native) ? std::nullopt : Text::AliasOf(native);
 }
 
 Kind KindOf(const struct stat& status) {
@@ -74,26 +81,24 @@ struct NamedEntry {
   std::string native;
 };
 
-NamedEntry AsWritten(const std::string& name) {
-  return {name, Text::ToUtf8(name)};
-}
-
 // The entry that one component stands for; nothing if there is none, and then `error` is 0 unless
 // the folder couldn't be looked at.
 std::optional<NamedEntry> FindEntry(const std::string& folder, const std::string& written,
                                     int& error) {
   error = 0;
-  if (HasEntry(folder, written, error)) return AsWritten(written);
+  if (HasEntry(folder, written, error)) return NamedEntry{written, Text::ToUtf8(written)};
   if (error != 0) return std::nullopt;
   const std::string name(WithoutTrailingDots(written));
   if (name.empty()) return std::nullopt;
-  if (name != written && HasEntry(folder, name, error)) return AsWritten(name);
+  if (name != written && HasEntry(folder, name, error)) return NamedEntry{name, Text::ToUtf8(name)};
   if (error != 0) return std::nullopt;
 
   std::optional<NamedEntry> best;
+  const bool mayBeAlias = Text::FromAlias(name).has_value();
   FolderWalk walk(folder);
   while (const dirent* const entry = walk.Next()) {
     std::optional<std::string> found = NameOnDisk(entry->d_name);
+    if (!found && mayBeAlias) found = AliasOnDisk(entry->d_name);
     if (!found) continue;
     const bool matches =
         Text::EqualsIgnoringCase(*found, name) || Text::EqualsIgnoringCase(*found, written);
@@ -140,10 +145,9 @@ void Enter(Place& place, const std::string& written) {
   const std::string folder = place.native;
   place.asWritten = WithoutTrailingDots(written);
   int error = 0;
-  const NamedEntry free = AsWritten(place.asWritten);
   const std::optional<NamedEntry> found = FindEntry(folder, written, error);
-  place.name = found.value_or(free).name;
-  place.native = Below(folder, found.value_or(free).native);
+  place.name = found ? found->name : place.asWritten;
+  place.native = Below(folder, found ? found->native : NativeName(place.asWritten));
   if (found) {
     Stat(place);
   } else if (error != 0) {
@@ -264,11 +268,17 @@ std::optional<std::string> DosTextOf(const std::filesystem::path& native) {
   std::string text = "Z:";
   for (const std::filesystem::path& part : native.relative_path()) {
     if (part.empty() || part == ".") continue;
-    const std::optional<std::string> name = NameOnDisk(part.native());
+    std::optional<std::string> name = NameOnDisk(part.native());
+    if (!name) name = AliasOnDisk(part.native());
     if (!name) return std::nullopt;
     text.append("\\").append(*name);
   }
   return text.size() == 2 ? "Z:\\" : text;
+}
+
+std::string NativeName(const std::string& name) {
+  const std::optional<std::string> behindAlias = Text::FromAlias(name);
+  return behindAlias ? *behindAlias : Text::ToUtf8(name);
 }
 
 bool IsWriteProtected(const struct stat& status) {

@@ -67,6 +67,9 @@ std::vector<FolderEntry> MatchingEntries(const std::string& folder, std::string_
 /// The native folder for a drive letter (lower case) of a prefix; `z` as the prefix has it.
 std::optional<std::string> DriveOfPrefix(const std::filesystem::path& prefix, char letter);
 
+/// The name on disk that a new entry gets, UTF-8.
+std::string NativeName(const std::string& name);
+
 /// DOS path text of an absolute native path; nothing if it can't be said.
 std::optional<std::string> DosTextOf(const std::filesystem::path& native);
 

@@ -225,7 +225,7 @@ bool IsRunning(std::int64_t process) {
 
 SystemError RenameEntry(const Place& source, const Place& target, std::string_view to) {
   const std::wstring renamed =
-      Windows::Below(Windows::FolderOf(target.native), Windows::ToWide(target.asWritten));
+      Windows::Below(Windows::FolderOf(target.native), Windows::FromAlias(target.asWritten));
   DWORD error = Move(source.native, renamed, 0);
   // Where this is emulated, a change of case alone may need another name in between.
   if (error == ERROR_SUCCESS && target.Exists() &&

@@ -29,7 +29,8 @@ void Register(const FileSystem& /*files*/, const Description& description) {
        {type, description.text},
        {type + "\\DefaultIcon", program + ",0"},
        {type + R"(\shell\open\command)", Concat('"', program, R"(" "%1")")}}};
-  for (const auto& [key, text] : values) WriteDefault(Windows::ToWide(key), Windows::ToWide(text));
+  for (const auto& [key, text] : values)
+    WriteDefault(Windows::ToWide(key), Windows::FromAlias(text));
 }
 
 }  // namespace FileAssociation

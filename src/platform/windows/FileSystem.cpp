@@ -39,6 +39,8 @@ std::string FileSystem::ToDosText(const std::filesystem::path& native) const {
                                      static_cast<DWORD>(shortName.size())));
   text = Windows::FromWide(Windows::ShortForm(shortName));
   if (text && !text->empty()) return *std::move(text);
+  text = Windows::AliasOf(full);
+  if (text) return *std::move(text);
   Fail("the path \"", Windows::FromWideLossy(full),
        "\" holds a name with a character (here: ?) that DOS path text can't say");
 }

@@ -88,6 +88,15 @@ Place Nowhere(std::wstring native, DWORD error) {
   return place;
 }
 
+// A component's path. What an alias looks like may be a name of its own, which then goes first.
+std::wstring NameIn(const std::wstring& folder, std::string_view name) {
+  std::wstring native = Below(folder, ToWide(name));
+  const std::wstring behindAlias = FromAlias(name);
+  const bool isName =
+      behindAlias == ToWide(name) || GetFileAttributesW(native.c_str()) != INVALID_FILE_ATTRIBUTES;
+  return isName ? native : Below(folder, behindAlias);
+}
+
 Handle OpenForLooking(const std::wstring& native) {
   return Handle(CreateFileW(native.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
                             FILE_FLAG_BACKUP_SEMANTICS, nullptr));
@@ -178,7 +187,7 @@ Place FindPlace(const FileSystemOptions& /*options*/, const DosPathParts& parts)
   Place place;
   place.native = *start;
   for (const std::string& name : parts.names)
-    place.native = Below(place.native, ToWide(WithoutTrailingDots(name)));
+    place.native = NameIn(place.native, WithoutTrailingDots(name));
   if (parts.names.empty()) {
     LookWithoutFolder(place);
   } else {

@@ -33,8 +33,8 @@ class Components {
 
 void DesktopOpener::Open(const std::string& file, const std::string& folder) {
   if (file.empty() || (file + folder).find('\0') != std::string::npos) return;
-  const std::wstring wideFile = Windows::ToWide(file);
-  const std::wstring wideFolder = Windows::ToWide(folder);
+  const std::wstring wideFile = Windows::FromAlias(file);
+  const std::wstring wideFolder = Windows::FromAlias(folder);
   const Components components;
   SHELLEXECUTEINFOW what = {};
   what.cbSize = sizeof(what);

@@ -50,6 +50,21 @@ std::optional<std::string> FromWide(std::wstring_view wide) {
   return utf8.empty() ? std::nullopt : Text::FromUtf8(utf8);
 }
 
+std::optional<std::string> AliasOf(std::wstring_view wide) {
+  const std::string utf8 = Encoded(wide, CP_UTF8, WC_ERR_INVALID_CHARS);
+  return utf8.empty() ? std::nullopt : Text::AliasOf(utf8);
+}
+
+std::wstring FromAlias(std::string_view text) {
+  const std::optional<std::string> utf8 = Text::FromAlias(text);
+  if (!utf8) return ToWide(text);
+  std::wstring wide(utf8->size(), L'\0');
+  const int size = static_cast<int>(utf8->size());
+  const int length = MultiByteToWideChar(CP_UTF8, 0, utf8->data(), size, wide.data(), size);
+  wide.resize(static_cast<std::size_t>(length));
+  return wide;
+}
+
 std::string FromWideLossy(std::wstring_view wide) {
   return wide.empty() ? "" : Encoded(wide, kCodePage, 0);
 }

@@ -39,6 +39,10 @@ std::wstring ToWide(std::string_view text);
 /// Wide text as engine text; nothing if Windows-1252 can't say it.
 std::optional<std::string> FromWide(std::wstring_view wide);
 
+/// Paths and names whose letters may stand by their numbers (see `Text::AliasOf`).
+std::optional<std::string> AliasOf(std::wstring_view wide);
+std::wstring FromAlias(std::string_view text);
+
 /// Wide text for people to read: what Windows-1252 doesn't have becomes what looks most like it.
 std::string FromWideLossy(std::wstring_view wide);
 

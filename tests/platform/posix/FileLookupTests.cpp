@@ -141,6 +141,26 @@ TEST_F(FileLookup, MarksMayStandBehindTheirLetters) {
   EXPECT_EQ(folder_.List("Lo\u0308we"), Names{"\u00E4.txt"});
 }
 
+TEST_F(FileLookup, PathsLeadThroughLettersBeyondTheCodePage) {
+  const std::string native = "Mein \u0418\u0433\u0440\u044B";
+  folder_.Write(native + "/Data/a.txt", "old");
+  folder_.Write(native + "/\u0418.txt", "x");
+  const std::string folder = files_.ToDosText(folder_.At(native));
+  EXPECT_EQ(folder, folder_.Dos("Mein {u418.433.440.44b}"));
+  EXPECT_EQ(files_.ToNative(folder), folder_.At(native));
+  EXPECT_EQ(files_.FindAll(folder + "\\*", kEverything), Names{"Data"});
+  EXPECT_EQ(files_.FindAll(folder_.Dos("*"), kEverything), Names());
+  // As the registry's directory comes, in lower case.
+  const std::string lower = folder_.Dos("mein {u418.433.440.44b}");
+  files_.WriteWhole(lower + "\\data\\A.TXT", "new");
+  EXPECT_EQ(folder_.Read(native + "/Data/a.txt"), "new");
+  files_.WriteWhole(files_.ToDosText(folder_.At("\u0433.kvpk")), "x");
+  EXPECT_EQ(folder_.Read("\u0433.kvpk"), "x");
+  // A name that looks so goes first.
+  folder_.Write("{u433}.kvpk", "own");
+  EXPECT_EQ(files_.ReadWhole(folder_.Dos("{u433}.kvpk")), "own");
+}
+
 TEST_F(FileLookup, TheDirectoryQueryGoesByMaskAndOrderOfNames) {
   folder_.Write("b.TXT", "");
   folder_.Write("A.txt", "");
