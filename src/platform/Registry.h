@@ -23,7 +23,8 @@ struct Source {
   static Source FromEnvironment();
 };
 
-/// The text of a string value (types 1 and 2), cut at its first NUL; empty if key or value can't
+/// The text of a string value (types 1 and 2), cut at its first NUL, with letters beyond the code
+/// page by their numbers (see `Text::AliasOf`); empty if key or value can't
 /// be read or the text is longer than 1,023 bytes. On Linux `Wow6432Node` is looked at as well,
 /// and a path on a drive of the prefix comes back as `Z:\...` text.
 std::string ReadValue(const Source& source, Root root, std::string_view subKey,

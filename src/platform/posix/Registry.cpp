@@ -111,7 +111,7 @@ std::optional<std::string> OnThisSystem(const std::filesystem::path& prefix,
 std::optional<std::string> UsableText(const std::filesystem::path& prefix, std::string utf8) {
   constexpr std::size_t kLongest = 1023;
   utf8.resize(std::min(utf8.find('\0'), utf8.size()));
-  const std::optional<std::string> text = Text::FromUtf8(utf8);
+  const std::optional<std::string> text = Text::AliasOf(utf8);
   if (!text || text->size() > kLongest) return std::nullopt;
   return OnThisSystem(prefix, *text);
 }

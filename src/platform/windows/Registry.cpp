@@ -18,8 +18,8 @@ constexpr std::size_t kLongest = 1023;
 std::optional<std::string> UsableText(const Windows::RegistryKey& key, std::string_view valueName) {
   const std::optional<std::wstring> wide = key.Read(Windows::ToWide(valueName), kLongest + 1);
   if (!wide) return std::nullopt;
-  const std::optional<std::string> text =
-      Windows::FromWide(std::wstring_view(*wide).substr(0, wide->find(L'\0')));
+  const std::wstring_view value = std::wstring_view(*wide).substr(0, wide->find(L'\0'));
+  const std::optional<std::string> text = value.empty() ? "" : Windows::AliasOf(value);
   return text && text->size() <= kLongest ? text : std::nullopt;
 }
 

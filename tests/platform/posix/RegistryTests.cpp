@@ -54,7 +54,7 @@ TEST_F(WineRegistry, TextsComeOutOfTheirEscapes) {
        "\n"
        R"("ExePath"="second")",
        "second"},
-      {R"("ExePath"="\x0416")", ""},  // a letter that the code page lacks
+      {R"("ExePath"="\x0416")", "{u416}"},
       {R"("ExePath"="no end)", ""},
       {R"("ExePath"=dword:00000001)", ""},
       {R"("ExePath"=str(7):"a\0b")", ""},
