@@ -79,7 +79,9 @@ TEST_F(WindowsRegistry, TextsAreReadFromBothViews) {
     EXPECT_EQ(Read(), read);
   }
   Set(KEY_WOW64_64KEY, REG_SZ, L"\u0141\u00F3d\u017A");
-  EXPECT_EQ(Read(), "{u141}\xF3" "d{u17a}");
+  EXPECT_EQ(Read(),
+            "{u141}\xF3"
+            "d{u17a}");
   // What can't be used leaves the word to the other view.
   Set(KEY_WOW64_64KEY, REG_SZ, std::wstring(1024, L'x'));
   EXPECT_EQ(Read(), "C:\\32\\gta_sa.exe");
