@@ -23,9 +23,11 @@ void WindowDrag::Start(QWidget* window, Qt::Edges edges, Qt::MouseButton button,
   mouseFrom_ = mouse;
   boxFrom_ = window->geometry();
   // Window managers watch for the left button's end alone. A move they get only when the mouse has
-  // moved: they take the mouse, and the second press of a double click with it.
+  // moved: they take the mouse, and the second press of a double click with it. Under Wayland no
+  // window can follow by itself until then.
+  static const bool isWayland = QGuiApplication::platformName().startsWith("wayland");
   const bool isLeft = button == Qt::LeftButton;
-  asksLater_ = isLeft && edges == kAllEdges;
+  asksLater_ = isLeft && edges == kAllEdges && !isWayland;
   way_ = QPoint();
   const bool isTaken = isLeft && !asksLater_ && AskSystem(edges);
   state_ = isTaken ? State::kSystem : State::kFollows;
@@ -100,8 +102,7 @@ bool WindowDrag::MouseMoved(const QMouseEvent& event) {
 // must be small, and until then the window follows by itself, unless it can't.
 bool WindowDrag::IsTimeToAsk(const QPoint& way) const {
   constexpr int kSmallStep = 8;  // pixels
-  static const bool isWayland = QGuiApplication::platformName().startsWith("wayland");
-  return isWayland || window_->isMaximized() || (way - way_).manhattanLength() < kSmallStep;
+  return window_->isMaximized() || (way - way_).manhattanLength() < kSmallStep;
 }
 
 // Some systems keep the release of the drags that they take. The toolkit would count the button as
