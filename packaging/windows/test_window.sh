@@ -21,6 +21,8 @@ cp -a "$game" "$work/untouched"
 cat >"$work/kelvo" <<RUN
 #!/bin/sh
 unset QT_QPA_PLATFORM
+# Of these two, SDL for Windows takes the latter for milliseconds and for the file's name.
+export SDL_AUDIODRIVER=disk SDL_DISKAUDIOFILE=x SDL_DISKAUDIODELAY=23/../../../heard
 cd '$work/Löwe/empty' && exec '$wine' ../kelvo.exe "\$@"
 RUN
 chmod +x "$work/kelvo"
@@ -49,6 +51,7 @@ cmp "$work/Löwe/kelvo.ini" "$work/moved.ini"
 grep -q '^PlayMusic=1' "$work/Löwe/kelvo.ini"
 "$wine" reg query 'HKCR\kvpkfile\shell\open\command' /ve |
   grep -q -a 'kelvo.exe" "%1"'
+[ "$(tr -d '\0' <"$work/heard" | wc -c)" -gt 100000 ] || { echo "no tune was heard" >&2; exit 1; }
 for file in kelvo.ini music.mod; do test -s "$work/Löwe/$file"; done
 test ! -e "$work/Löwe/inst_temp"
 echo "kelvo.exe installs under Wine what is installed here; see $windows/window.png."

@@ -33,7 +33,10 @@ class Player {
   explicit Player(int delay = 0, const std::string& driver = "disk")
       : driver_("SDL_AUDIODRIVER", driver),
         file_("SDL_DISKAUDIOFILE", folder_.At("device").string()),
-        delay_("SDL_DISKAUDIODELAY", std::to_string(delay)) {
+        // SDL for Windows keeps the last variable that it has read, and takes it for the file's
+        // name: a name that begins with the delay does for either system.
+        delay_("SDL_DISKAUDIODELAY",
+               std::to_string(delay) + "/../" + relative(folder_.At("device")).string()) {
     folder_.Write("music.mod", Tune::Module());
   }
 

@@ -91,6 +91,17 @@ TEST(SdlSound, AServerThatNeverAnswersHoldsNobodyUpAndIsAskedOnce) {
   failures.WaitFor(2);
 }
 
+// The library for Windows wants no bytes behind a module.
+TEST(SdlSound, AModuleMayHaveFourMebibytes) {
+  std::string module(Tune::Module());
+  module.resize(4U << 20);
+  Player player;
+  player.Folder().Write("music.mod", module);
+  player->PlayMOD();
+  player.PlayFrames(kRate);
+  EXPECT_FALSE(IsSilence(player.Stop()));
+}
+
 TEST(SdlSound, NoDeviceIsSilenceAndNoNote) {
   const EnvironmentVariable card("ALSA_CARD", "99");
   for (const char* driver : {"nosuchdriver", "alsa"}) {
