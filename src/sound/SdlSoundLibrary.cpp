@@ -84,7 +84,7 @@ class SdlPlayer {
   void OpenDevice(int mixRate, int channels);
   void LoadSong(std::string module, Song song);
   void PlaySong(Song song);
-  void StopSong(Song song);
+  void StopSong(Song song) const;
   void Close();
   void PlayWave(std::string_view wave);
 
@@ -144,7 +144,7 @@ void SdlPlayer::PlaySong(Song song) {
   if (Mix_PlayMusic(music_.get(), kForever) != 0) Fail("tune ", song, ": ", SDL_GetError());
 }
 
-void SdlPlayer::StopSong(Song song) {
+void SdlPlayer::StopSong(Song song) const {
   if (song != 0 && song == song_) Mix_HaltMusic();
 }
 
@@ -223,7 +223,7 @@ class SdlSoundLibrary : public SoundLibrary {
 };
 
 SdlSoundLibrary::~SdlSoundLibrary() {
-  Trapped("SdlSoundLibrary.~SdlSoundLibrary", [this] { Close(); });
+  Trapped("SdlSoundLibrary.~SdlSoundLibrary", [this] { SdlSoundLibrary::Close(); });
 }
 
 template <typename Step>
