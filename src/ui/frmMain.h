@@ -169,7 +169,7 @@ class frmMain : public QWidget, public InstallHost {
   // Steps of `OpenKELVOFile`.
   void ShowLoading();
   void ReadCatalogue();
-  void ClickFirstType();
+  void ClickFirstType() const;
   void UnloadLoading();
   void ShowPage();
   void SetMinimumSize(int width, int height);

@@ -173,7 +173,7 @@ void frmMain::UnloadLoading() {
   loading_.release()->deleteLater();
 }
 
-void frmMain::ClickFirstType() {
+void frmMain::ClickFirstType() const {
   // Where the first row is in a list that isn't scrolled. In one that is, another row lies there
   // and is selected, and so it stays.
   constexpr float kBesideTheTicks = 31;
