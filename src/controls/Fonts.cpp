@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetrics>
+#include <QHash>
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -19,6 +20,21 @@ constexpr std::array<const char*, 2> kFreeFonts = {"/usr/share/wine/fonts/tahoma
 
 bool IsThere(const char* family) {
   return QFontDatabase::families().contains(family);
+}
+
+// Whether the face that serves for the font has a bold one beside it. What is asked for is kept:
+// finding the face out takes longer than drawing.
+bool HasOwnBold(const QFont& font) {
+  static QHash<QString, bool> known;
+  const auto found = known.constFind(font.family());
+  if (found != known.constEnd()) return *found;
+  const QString family = QFontInfo(font).family();
+  const QStringList styles = QFontDatabase::styles(family);
+  const bool has = std::any_of(styles.begin(), styles.end(), [&](const QString& style) {
+    return QFontDatabase::weight(family, style) >= QFont::Bold;
+  });
+  known.insert(font.family(), has);
+  return has;
 }
 
 // One stroke of a glyph, in tenths of its box's width and height.
@@ -107,6 +123,28 @@ QSize CaptionSize(const QFont& font, const QString& caption) {
     size.setHeight(QFontMetrics(asItIs).size(0, caption).height());
   }
   return size;
+}
+
+QRect InkBox(const QRect& box, const QFont& font, const QString& caption) {
+  const QSize size = CaptionSize(font, caption);
+  const QPoint corner =
+      box.topLeft() + QPoint(box.width() - size.width(), box.height() - size.height()) / 2;
+  if (NeedsDrawnGlyphs(font)) return {corner, size};
+  const QFontMetrics metrics(font);
+  return metrics.tightBoundingRect(caption).translated(corner + QPoint(0, metrics.ascent()));
+}
+
+void PrintInWeight(QPainter& painter, const std::function<void()>& print) {
+  print();
+  const double ratio = painter.deviceTransform().m11();
+  if (ratio <= 1 || !painter.font().bold() || HasOwnBold(painter.font())) return;
+  // Measured: with this the bold of one screen has the share of ink that it has on another.
+  constexpr double kMissing = 0.7;  // device pixels of a stem, for each beyond the first
+  painter.save();
+  painter.setOpacity(painter.opacity() * std::min(1.0, kMissing * (ratio - 1)));
+  painter.translate(1 / ratio, 0);
+  print();
+  painter.restore();
 }
 
 void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption) {

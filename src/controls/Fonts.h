@@ -5,6 +5,7 @@
 #include <QRect>
 #include <QSize>
 #include <QString>
+#include <functional>
 
 /// The fonts of the skin, in pixel sizes, so that the layout holds at any screen setting.
 namespace Fonts {
@@ -27,6 +28,12 @@ bool NeedsDrawnGlyphs(const QFont& font);
 
 /// Size of a caption in pixels. Line breaks count.
 QSize CaptionSize(const QFont& font, const QString& caption);
+/// The part of `box` that the letters of a caption drawn into it cover.
+QRect InkBox(const QRect& box, const QFont& font, const QString& caption);
+/// Has `print` draw a text in the painter's font. The bold that the toolkit makes of a plain face
+/// gets thinner with each device pixel to a pixel; here it keeps its weight, by a second, fainter
+/// print one of them to the right.
+void PrintInWeight(QPainter& painter, const std::function<void()>& print);
 /// Draws a caption into `box`, centred, in the painter's pen colour. Letters of Marlett are drawn
 /// as shapes where the font is missing.
 void DrawCaption(QPainter& painter, const QRect& box, const QFont& font, const QString& caption);

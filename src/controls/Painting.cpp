@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "controls/Colours.h"
 #include "controls/DevicePixels.h"
 #include "controls/Fonts.h"
 
@@ -74,11 +73,10 @@ void DrawFocusRect(QPainter& painter, const QRectF& box) {
 
 void DrawLabel(QPainter& painter, const QRect& box, const QFont& font, const QString& caption,
                const QColor& colour, bool isEnabled) {
-  if (!isEnabled) {
-    painter.setPen(Colours::ToQColor(Colours::GetSysColor(Colours::kButtonHighlight)));
-    Fonts::DrawCaption(painter, box.translated(1, 1), font, caption);
-  }
-  painter.setPen(isEnabled ? colour : Colours::ToQColor(Colours::GetSysColor(Colours::kGrayText)));
+  constexpr double kFaded = 0.65;  // a contrast of 3 at least, where the colour itself has 6
+  const SavedPainter saved(painter);
+  painter.setOpacity(isEnabled ? 1 : kFaded);
+  painter.setPen(colour);
   Fonts::DrawCaption(painter, box, font, caption);
 }
 

@@ -21,7 +21,8 @@ void Frame(QPainter& painter, const QRectF& box, int width, const QColor& colour
 /// empty box.
 void DrawFocusRect(QPainter& painter, const QRectF& box);
 
-/// Draws a caption centred into a box. A disabled one is grey with a light edge below it.
+/// Draws a caption centred into a box. A disabled one is faded toward what lies below it, be that
+/// light or dark.
 void DrawLabel(QPainter& painter, const QRect& box, const QFont& font, const QString& caption,
                const QColor& colour, bool isEnabled);
 

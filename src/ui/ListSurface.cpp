@@ -40,8 +40,9 @@ class LinePrinter {
       return;
     }
     const bool fits = metrics_.horizontalAdvance(text) <= room;
-    painter_.drawText(place.x(), place.y() + metrics_.ascent(),
-                      fits ? text : metrics_.elidedText(text, Qt::ElideRight, room));
+    const QString shown = fits ? text : metrics_.elidedText(text, Qt::ElideRight, room);
+    Fonts::PrintInWeight(
+        painter_, [&] { painter_.drawText(place.x(), place.y() + metrics_.ascent(), shown); });
   }
 
  private:

@@ -59,7 +59,9 @@ void SkinLabel::paintEvent(QPaintEvent* /*event*/) {
   painter.setPen(palette().color(QPalette::WindowText));
   constexpr int kSides = Qt::AlignLeft | Qt::AlignRight | Qt::AlignHCenter;
   const int side = static_cast<int>(alignment()) & kSides;
-  painter.drawText(rect(), side | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+  Fonts::PrintInWeight(painter, [&] {
+    painter.drawText(rect(), side | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+  });
 }
 
 SkinPage::SkinPage(QWidget* parent, const char* name, const QString& picture)

@@ -46,4 +46,28 @@ TEST(Fonts, ASqueezedCaptionStandsWhereOthersDo) {
             Fonts::CaptionSize(Fonts::Tahoma(), "k").height());
 }
 
+TEST(Fonts, BoldIsAsHeavyAtEveryDensity) {
+  const auto ink = [](bool isBold, double ratio) {
+    QImage picture(static_cast<int>(120 * ratio), static_cast<int>(20 * ratio),
+                   QImage::Format_RGB32);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    QFont font = Fonts::Tahoma();
+    font.setBold(isBold);
+    painter.setFont(font);
+    Fonts::PrintInWeight(painter, [&] { painter.drawText(2, 14, "Hillhill HILL"); });
+    painter.end();
+    double sum = 0;
+    for (int i = 0; i < picture.width() * picture.height(); ++i) {
+      sum += 255 - qGray(picture.pixel(i % picture.width(), i / picture.width()));
+    }
+    return sum;
+  };
+  const double weight = ink(true, 1) / ink(false, 1);
+  for (const double ratio : {1.25, 1.5, 2.0, 3.0}) {
+    EXPECT_NEAR(ink(true, ratio) / ink(false, ratio) / weight, 1, 0.15) << ratio;
+  }
+}
+
 }  // namespace
