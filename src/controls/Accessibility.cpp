@@ -10,6 +10,11 @@ class ButtonInterface : public QAccessibleWidget {
  public:
   explicit ButtonInterface(QWidget* widget) : QAccessibleWidget(widget, QAccessible::PushButton) {}
 
+  [[nodiscard]] QAccessible::Role role() const override {
+    const AccessibleButton* const control = Control();
+    return control != nullptr && control->IsTab() ? QAccessible::PageTab : QAccessible::PushButton;
+  }
+
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
     const AccessibleButton* const control = Control();
     if (kind != QAccessible::Name || control == nullptr) return QAccessibleWidget::text(kind);
@@ -22,7 +27,9 @@ class ButtonInterface : public QAccessibleWidget {
     QAccessible::State state = QAccessibleWidget::state();
     const AccessibleButton* const control = Control();
     if (control == nullptr) return state;
-    state.pressed = control->IsPressed();
+    state.pressed = control->IsPressed() && !control->IsTab();
+    state.selectable = control->IsTab();
+    state.selected = control->IsPressed() && control->IsTab();
     state.checkable = control->IsToggle();
     state.checked = control->IsToggle() && control->IsOn();
     if (!control->IsUsable()) {
@@ -44,11 +51,16 @@ class ButtonInterface : public QAccessibleWidget {
     if (name != pressAction()) {
       QAccessibleWidget::doAction(name);
     } else if (control != nullptr && control->IsUsable()) {
-      control->Press();
+      QMetaObject::invokeMethod(
+          widget(), [button = widget()] { PressNow(button); }, Qt::QueuedConnection);
     }
   }
 
  private:
+  static void PressNow(QWidget* button) {
+    auto* const control = dynamic_cast<AccessibleButton*>(button);
+    if (control != nullptr && control->IsUsable()) control->Press();
+  }
   // Asked anew each time: a widget that is being destroyed is no such control any more.
   [[nodiscard]] AccessibleButton* Control() const {
     return dynamic_cast<AccessibleButton*>(object());
@@ -78,8 +90,22 @@ void NameChanged(QWidget* button) {
 }
 
 void PressedChanged(QWidget* button) {
+  const auto* const control = dynamic_cast<const AccessibleButton*>(button);
+  if (control != nullptr && control->IsTab()) {
+    QAccessibleEvent event(
+        button, control->IsPressed() ? QAccessible::SelectionAdd : QAccessible::SelectionRemove);
+    QAccessible::updateAccessibility(&event);
+    return;
+  }
   QAccessible::State changed;
   changed.pressed = true;
+  QAccessibleStateChangeEvent event(button, changed);
+  QAccessible::updateAccessibility(&event);
+}
+
+void UsableChanged(QWidget* button) {
+  QAccessible::State changed;
+  changed.disabled = true;
   QAccessibleStateChangeEvent event(button, changed);
   QAccessible::updateAccessibility(&event);
 }

@@ -4,7 +4,7 @@
 #include <QWidget>
 
 /// What a button control tells assistive technology. A widget that derives from it stands in the
-/// accessibility tree as a push button of that name, which can be pressed.
+/// accessibility tree as a push button of that name, which can be pressed, or as a page tab.
 class AccessibleButton {
  public:
   AccessibleButton();
@@ -20,7 +20,10 @@ class AccessibleButton {
   /// A button that stays on when it is clicked, and whether it is on.
   [[nodiscard]] virtual bool IsToggle() const { return false; }
   [[nodiscard]] virtual bool IsOn() const { return false; }
-  /// The press of a screen reader: a click without mouse and keys.
+  /// One of several pages' tabs: it is pressed while its page shows.
+  [[nodiscard]] virtual bool IsTab() const { return false; }
+  /// The press of a screen reader: a click without mouse and keys. It comes out of the event loop,
+  /// never out of the reader's call, whose answer mustn't wait for what a click sets off.
   virtual void Press() = 0;
 };
 
@@ -28,7 +31,9 @@ namespace Accessibility {
 
 /// Tells listeners that the caption of a button has changed.
 void NameChanged(QWidget* button);
-/// Tells listeners that a button has been pressed or let go.
+/// Tells listeners that a button has been pressed or let go, or a tab selected or left.
 void PressedChanged(QWidget* button);
+/// Tells listeners that a button can be used now, or no more.
+void UsableChanged(QWidget* button);
 
 }  // namespace Accessibility

@@ -25,7 +25,8 @@ class AccessiblePBar : public AccessibleBar {
   explicit AccessiblePBar(tc_PBar* bar) : AccessibleBar(bar, QAccessible::ProgressBar), bar_(bar) {}
 
   [[nodiscard]] QString text(QAccessible::Text what) const override {
-    return what == QAccessible::Value ? bar_->Text() : AccessibleBar::text(what);
+    if (what == QAccessible::Value) return QString::number(bar_->WholePercent()) + '%';
+    return AccessibleBar::text(what);
   }
   [[nodiscard]] QVariant currentValue() const override { return int{bar_->Value()}; }
   void setCurrentValue(const QVariant& /*value*/) override {}  // it shows, and takes no input

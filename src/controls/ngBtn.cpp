@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <algorithm>
+#include <utility>
 
 #include "controls/DevicePixels.h"
 #include "controls/Fonts.h"
@@ -172,6 +173,8 @@ void ngBtn::Draw() {
 
 void ngBtn::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
+  const double ratio = painter.deviceTransform().m11();
+  if (std::exchange(paintedRatio_, ratio) != ratio) emit DensityChanged(ratio);
   const ngBtnParts parts = Parts();
   const QPixmap& picture = Of(state_).picture;
   painter.save();

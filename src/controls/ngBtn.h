@@ -136,6 +136,9 @@ class ngBtn : public QWidget, public AccessibleButton {
   void MouseUp(int Button, int Shift, float X, float Y);
   void MouseEnter();
   void MouseLeave();
+  /// The control is about to be painted at another number of device pixels to a pixel than before,
+  /// as on another screen: the time to set pictures of that density.
+  void DensityChanged(double ratio);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -180,6 +183,7 @@ class ngBtn : public QWidget, public AccessibleButton {
   std::int32_t mousePointer_ = 0;
   std::int32_t focusDistance_ = 2;
 
+  double paintedRatio_ = 0;
   bool HasFocus_ = false;
   bool MouseIsOver_ = false;
   int LastButton_ = 0;

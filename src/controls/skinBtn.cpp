@@ -18,7 +18,8 @@ namespace {
 
 constexpr int kSmallestSide = 120;    // twips
 constexpr int kShadowShare = 3;       // the shadow takes a third of the shorter side at most
-constexpr int kTimerInterval = 1;     // milliseconds
+constexpr int kFirstTick = 1;         // milliseconds
+constexpr int kFrame = 17;            // the same
 constexpr int kShiftOfSpaceKey = -1;  // marks a release that the space key made up
 constexpr int kEnterKey = 13;
 constexpr double kCornerShare = 0.25;  // radius of a rounded corner, of the shorter side
@@ -84,7 +85,6 @@ skinBtn::skinBtn(QWidget* parent)
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(ToPixels(kSmallestSide), ToPixels(kSmallestSide));
-  Timer1_.setInterval(kTimerInterval);
   connect(&Timer1_, &QTimer::timeout, this, &skinBtn::Timer1_Timer);
   connect(this, &QObject::objectNameChanged, this, [this] { CentreCaption(); });
   Resize();
@@ -165,11 +165,12 @@ void skinBtn::SetBackColor(ColourNumber value) {
 }
 
 void skinBtn::SetEnabled(bool value) {
-  enabled_ = value;
+  const bool isOther = std::exchange(enabled_, value) != value;
   // Tabbing then skips the control. Focus that is given to it by name is passed on when it comes.
   setFocusPolicy(value ? Qt::StrongFocus : Qt::NoFocus);
   if (autoDrawButton_) Normal(true);
   update();
+  if (isOther) Accessibility::UsableChanged(this);
 }
 
 void skinBtn::SetAutoDrawButton(bool value) {
@@ -315,6 +316,15 @@ bool skinBtn::MustDrawFocusRect() const {
   return HasFocus_ && drawFocusRect_ && autoDrawButton_ && enabled_;
 }
 
+// Inside the face and its frame: on the shadow or the frame it would be hard to see.
+QRectF skinBtn::FocusBox(qreal ratio) const {
+  const int distance = focusRectDistance_;
+  const int width = parts_.back.BorderStyle != 0 ? parts_.back.BorderWidth : 0;
+  const qreal frame = qRound(width * ratio) / ratio;  // as wide as it is painted
+  return QRectF(rect()).adjusted(distance, distance, -distance, -distance) &
+         QRectF(PixelBox(parts_.back.Box)).adjusted(frame, frame, -frame, -frame);
+}
+
 void skinBtn::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   Painting::Fill(painter, rect(), Colours::ToQColor(BackColor()));
@@ -323,8 +333,9 @@ void skinBtn::paintEvent(QPaintEvent* /*event*/) {
   Painting::DrawLabel(painter, PixelBox(parts_.btn.Box), parts_.btn.Font, Caption(),
                       Colours::ToQColor(parts_.btn.ForeColor), IsUsable());
   if (MustDrawFocusRect()) {
-    const int distance = focusRectDistance_;
-    Painting::DrawFocusRect(painter, rect().adjusted(distance, distance, -distance, -distance));
+    painter.setClipRegion(QRegion(rect()) -
+                          Fonts::InkBox(PixelBox(parts_.btn.Box), parts_.btn.Font, Caption()));
+    Painting::DrawFocusRect(painter, FocusBox(painter.deviceTransform().m11()));
   }
 }
 
@@ -354,9 +365,11 @@ bool skinBtn::IsUnderCursor() const {
   return hWndByMouse() == this;
 }
 
-// A running timer keeps its pace, so that a stream of mouse moves doesn't hold its ticks back.
+// The first tick takes a look back that only the showing has put on, before anybody sees it; from
+// then on one in a frame does. A running timer keeps its pace, so that a stream of mouse moves
+// doesn't hold its ticks back.
 void skinBtn::Watch() {
-  if (!Timer1_.isActive()) Timer1_.start();
+  if (!Timer1_.isActive()) Timer1_.start(kFirstTick);
 }
 
 void skinBtn::MML_MouseDown(const MouseArguments& mouse) {
@@ -408,7 +421,10 @@ void skinBtn::MML_Click() {
 }
 
 void skinBtn::Timer1_Timer() {
-  if (IsUnderCursor()) return;
+  if (IsUnderCursor()) {
+    if (Timer1_.interval() != kFrame) Timer1_.setInterval(kFrame);
+    return;
+  }
   if (autoDrawButton_) Normal();
   Timer1_.stop();
   MouseIn_ = false;

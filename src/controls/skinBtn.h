@@ -147,6 +147,10 @@ class skinBtn : public QWidget, public AccessibleButton {
   [[nodiscard]] std::int16_t BlinkFrequency() const { return blinkFrequency_; }
   void SetBlinkFrequency(std::int16_t value) { blinkFrequency_ = value; }
 
+  /// Whether the button is one of several pages' tabs, to screen readers: it is pressed while its
+  /// page shows.
+  void SetTab(bool value) { isTab_ = value; }
+
   // Kept, without effect on screen. Style and width are no less than 1.
   [[nodiscard]] ColourNumber FocusColor() const { return focusColor_; }
   [[nodiscard]] std::int32_t FocusBorderStyle() const { return focusBorderStyle_; }
@@ -191,6 +195,7 @@ class skinBtn : public QWidget, public AccessibleButton {
   [[nodiscard]] QString AccessibleCaption() const override { return Caption(); }
   [[nodiscard]] bool IsPressed() const override { return LookDown(); }
   [[nodiscard]] bool IsUsable() const override { return enabled_ && isEnabled(); }
+  [[nodiscard]] bool IsTab() const override { return isTab_; }
   void Press() override { emit Click(); }
 
  signals:
@@ -245,6 +250,7 @@ class skinBtn : public QWidget, public AccessibleButton {
   void RedrawLook();
   void CentreCaption();
   [[nodiscard]] bool MustDrawFocusRect() const;
+  [[nodiscard]] QRectF FocusBox(qreal ratio) const;
   [[nodiscard]] bool IsUnderCursor() const;
   void Watch();
 
@@ -277,6 +283,7 @@ class skinBtn : public QWidget, public AccessibleButton {
   bool raiseClickByKeyEvent_ = true;
   bool autoDrawButton_ = true;
   bool drawFocusRect_ = false;
+  bool isTab_ = false;
 
   bool HasFocus_ = false;
   bool KeyHeld_ = false;

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controls/BarAccessibility.h"
 #include "controls/DevicePixels.h"
@@ -122,6 +123,7 @@ void tc_PBar::PrintText(QPainter& painter, qreal ratio) const {
 }
 
 void tc_PBar::TellValue() {
+  if (std::exchange(toldPercent_, WholePercent()) == WholePercent()) return;
   QAccessibleValueChangeEvent event(this, static_cast<int>(value_));
   QAccessible::updateAccessibility(&event);
 }

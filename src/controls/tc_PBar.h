@@ -43,6 +43,8 @@ class tc_PBar : public QWidget {
   [[nodiscard]] QWidget* hWnd() { return this; }
   /// The percentage as the picture shows it; empty as long as nothing was drawn.
   [[nodiscard]] QString Text() const;
+  /// The percentage without its decimals, as screen readers are told it: only when it changes.
+  [[nodiscard]] int WholePercent() const { return percent_ ? static_cast<int>(*percent_) : 0; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -58,6 +60,7 @@ class tc_PBar : public QWidget {
   std::int16_t max_ = 100;
   std::int16_t min_ = 0;
   std::optional<float> percent_;  // what the picture shows
+  int toldPercent_ = 0;           // to screen readers
   ColourNumber back_;             // the surface's, mixed once
 };
 

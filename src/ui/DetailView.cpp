@@ -108,6 +108,7 @@ DetailView::DetailView(QWidget* form, const FileSystem& files, const clsIMGtool&
 // Enter or from a screen reader, serves as the press.
 void DetailView::PrepareTab(skinBtn& tab, const QString& caption, void (DetailView::*show)()) {
   tab.SetCaption(caption);
+  tab.SetTab(true);
   SkinLooks::SetFont(tab, Fonts::Tahoma());
   SkinLooks::ApplyTabLook(tab);
   tab.SetShadowDistance(1);

@@ -47,6 +47,7 @@ QString Decode(const std::string& page) {
 HtmlStrip::HtmlStrip(QWidget* parent, const FileSystem& files, ShellOpener& shell)
     : QTextBrowser(parent), files_(files), shell_(shell) {
   setObjectName("html");
+  setAccessibleName("Seite des Modpacks");
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);
   new FocusFrame(this);

@@ -82,17 +82,25 @@ class RowInterface : public QAccessibleInterface, public QAccessibleActionInterf
     if (!isValid() || !surface_->isEnabled()) return {};
     return {pressAction(), toggleAction(), setFocusAction()};
   }
+  // The reader has its answer before what a click sets off begins.
   void doAction(const QString& name) override {
     if (!isValid() || !surface_->isEnabled()) return;
-    if (name == setFocusAction()) surface_->setFocus();
-    if (name == pressAction() || name == setFocusAction()) surface_->Rows()->Press(row_);
-    if (name == toggleAction()) surface_->Rows()->Toggle(row_);
+    QMetaObject::invokeMethod(
+        surface_, [surface = surface_, row = row_, name] { ActNow(*surface, row, name); },
+        Qt::QueuedConnection);
   }
   [[nodiscard]] QStringList keyBindingsForAction(const QString& /*name*/) const override {
     return {};
   }
 
  private:
+  static void ActNow(ListSurface& surface, int row, const QString& name) {
+    if (surface.Rows() == nullptr || row > surface.Rows()->Count() || !surface.isEnabled()) return;
+    if (name == setFocusAction()) surface.setFocus();
+    if (name == pressAction() || name == setFocusAction()) surface.Rows()->Press(row);
+    if (name == toggleAction()) surface.Rows()->Toggle(row);
+  }
+
   QPointer<ListSurface> surface_;
   int row_;
 };

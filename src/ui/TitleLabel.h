@@ -17,6 +17,9 @@ class TitleLabel : public QWidget {
   void SetCaption(const QString& caption);
   /// A text that is wider than this many pixels loses its end, and is a tooltip as well.
   void SetRoom(int pixels);
+  /// The text is another label's, which is read in this one's place.
+  void HideFromReaders() { isHidden_ = true; }
+  [[nodiscard]] bool IsHiddenFromReaders() const { return isHidden_; }
 
  signals:
   void Change();
@@ -30,6 +33,7 @@ class TitleLabel : public QWidget {
 
   QString caption_;
   QString shown_;
+  bool isHidden_ = false;  // from screen readers
   int room_ = QWIDGETSIZE_MAX;
   ColourNumber foreColor_;
 };

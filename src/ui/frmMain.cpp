@@ -141,6 +141,7 @@ void frmMain::CreateTitleArea() {
 
   lblTitel2 = new TitleLabel(this, kTitleShadow);
   lblTitel2->setObjectName("lblTitel2");
+  lblTitel2->HideFromReaders();
   lblTitel = new TitleLabel(this, kWhite);
   lblTitel->setObjectName("lblTitel");
   connect(lblTitel, &TitleLabel::Change, this, [this] {
@@ -166,12 +167,14 @@ ngBtn* frmMain::CreateMainButton(const char* name, const char* picture, const QS
   auto* const button = new ngBtn(picButtons);
   button->setObjectName(name);
   button->setGeometry({{left, 0}, kMainButton});
-  const auto look = [&](const char* state) {
-    return Skin::Picture(QStringLiteral("button_%1_%2").arg(picture, state), devicePixelRatioF());
-  };
-  button->SetPicMouseUpOff(look("up"));
-  button->SetPicMouseOverOff(look("over"));
-  button->SetPicMouseDownOff(look("down"));
+  connect(button, &ngBtn::DensityChanged, button, [button, picture](double ratio) {
+    const auto look = [&](const char* state) {
+      return Skin::Picture(QStringLiteral("button_%1_%2").arg(picture, state), ratio);
+    };
+    button->SetPicMouseUpOff(look("up"));
+    button->SetPicMouseOverOff(look("over"));
+    button->SetPicMouseDownOff(look("down"));
+  });
   button->SetFontMouseUpOff(Fonts::Tahoma());
   button->SetFontMouseOverOff(Fonts::Tahoma());
   button->SetFontMouseDownOff(Fonts::Tahoma());

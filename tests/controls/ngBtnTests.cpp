@@ -74,6 +74,7 @@ TEST_F(ngBtnTest, TogglesWhenExtendedAndKeepsValueInStep) {
   QAccessibleInterface* const tree = QAccessible::queryAccessibleInterface(&button);
   for (const ngBtnState state : {kUpOn, kUpOff}) {
     tree->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCoreApplication::processEvents();
     EXPECT_EQ(button.State(), state);
     EXPECT_EQ(button.Value(), state == kUpOn);
     EXPECT_EQ(bool(tree->state().checkable), true);

@@ -108,7 +108,7 @@ TEST(tc_PBar, KeepsItsRange) {
   QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&bar);
   ASSERT_NE(interface, nullptr);
   EXPECT_EQ(interface->role(), QAccessible::ProgressBar);
-  EXPECT_EQ(interface->text(QAccessible::Value), PercentText(50, QLocale::system()));
+  EXPECT_EQ(interface->text(QAccessible::Value), "50%");
   QAccessibleValueInterface* const value = interface->valueInterface();
   ASSERT_NE(value, nullptr);
   value->setCurrentValue(65);  // it takes no input

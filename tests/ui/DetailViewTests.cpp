@@ -197,6 +197,7 @@ TEST_F(DetailViewTest, SwitchesTheViewByMouseKeyboardAndScreenReader) {
       [](skinBtn* tab) {
         QAccessible::queryAccessibleInterface(tab)->actionInterface()->doAction(
             QAccessibleActionInterface::pressAction());
+        QCoreApplication::processEvents();
       }};
   for (std::size_t way = 0; way < ways.size(); ++way) {
     for (const bool toText : {true, false}) {

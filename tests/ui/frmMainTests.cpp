@@ -71,6 +71,16 @@ TEST_F(MainWindow, TakesTheFirstPackBesideTheProgram) {
   EXPECT_THAT(Library.Calls, IsEmpty());
 }
 
+TEST_F(MainWindow, FetchesThePicturesOfItsButtonsForEachScreen) {
+  frmMain& window = Start();
+  for (const double ratio : {1.0, 2.0, 1.0}) {
+    QImage screen(88, 31, QImage::Format_RGB32);
+    screen.setDevicePixelRatio(ratio);
+    window.cmdInstall->render(&screen);
+    EXPECT_EQ(window.cmdInstall->PicMouseUpOff().devicePixelRatio(), ratio);
+  }
+}
+
 TEST_F(MainWindow, WorksWithoutAPack) {
   frmMain& window = Start();
   EXPECT_FALSE(SplashIsThere());
