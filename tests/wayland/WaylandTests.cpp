@@ -69,14 +69,17 @@ class WaylandWindow : public MainWindow {
   void Drag(const QWidget& form, const QPoint& from, const QPoint& way) {
     Point(form, from);
     Hand({"mousedown", "1"});
+    MoveTo(corners[&form] + from + QPoint(5, 5));  // more than a click's tremor
     WaitFor("the compositor to take the drag", [&] { return pointer.window == nullptr; });
     MoveTo(corners[&form] + from + way);
     Hand({"mouseup", "1"});
     WaitFor("the pointer to be back", [&] { return pointer.window != nullptr; });
   }
   void MoveTo(const QWidget& form, const QPoint& grip, const QPoint& corner) {
+    const QPoint end = corner + grip;
     Drag(form, grip, corner - corners[&form]);
-    corners[&form] = corner;
+    // The system may count from where the mouse first moved.
+    corners[&form] = end - pointer.place;
   }
   // A window of the chat's size or more covers one of these places, wherever it stands.
   void Find(const QWidget& form) {
