@@ -63,6 +63,7 @@ def wait_for_state(node, state, is_on):
              lambda: (f"object:state-changed:{state}", node.get_name(), int(is_on)) in heard)
 
 
+Atspi.set_timeout(30000, 30000)  # milliseconds; by itself a call gives a busy machine 800
 listener = Atspi.EventListener.new(
     lambda event: heard.append((event.type, event.source.get_name(), event.detail1)))
 for kind in ("object:state-changed", "object:property-change:accessible-value"):
