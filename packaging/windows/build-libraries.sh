@@ -58,14 +58,14 @@ with_cmake() {
   cmake --install "$work/build" --strip
 }
 
-# keep_licences NAME FILE...: of the source, for those who pass the programs on; and those that lie
-# beside single files of it.
+# keep_licences NAME FILE...: of the source, for those who pass the programs on; of Qt also those that
+# lie beside single files of it.
 keep_licences() {
   mkdir -p "$prefix/licences/$1"
   (cd "$work/source"
    cp --parents -t "$prefix/licences/$1" "${@:2}"
-   [ ! -d src ] ||
-     find src -type f -name '*LICENSE*' ! -name '*.h' -exec cp --parents -t "$prefix/licences/$1" {} +)
+   [ "$1" != Qt ] ||
+     find src -type f -iname '*license*' ! -name '*.h' -exec cp --parents -t "$prefix/licences/$1" {} +)
 }
 
 build_qt() {

@@ -13,8 +13,7 @@ done
 cp "$pack" "$folder/demo.kvpk"
 
 # What is linked: the members of static libraries that the linker names in its maps.
-members=$(cat "$build/kelvo.exe.map" "$build/kvpk.exe.map" |
-  sed -n '/^Archive member included/,/^$/d; s/^LOAD //p; s/^ *\.text[^ ]* .* \([^ ]*\.a([^ )]*)\)$/\1/p' | sort -u)
+members=$(grep -h -o '[^ /]*\.a([^ )]*)' "$build/kelvo.exe.map" "$build/kvpk.exe.map" | sort -u)
 is_linked() { grep -q -E "$1" <<<"$members"; }
 # source PACKAGE: name and version of the source package that a package of this machine is made of.
 # shellcheck disable=SC2016 # dpkg's own variables
@@ -42,7 +41,7 @@ while read -r part member; do
   is_linked "$member" || continue
   (cd "$qt/src" && find "$part" -type f -exec cp --parents -t "$folder/Lizenzen/Qt" {} +)
 done <<'PARTS'
-3rdparty/blake2                             \(blake2[bs]-ref\.
+3rdparty/blake2                             \(qcryptographichash\.
 3rdparty/double-conversion                  \((bignum|double-to-string|string-to-double)\.
 3rdparty/easing                             \(qeasingcurve\.
 3rdparty/freetype                           libQt6BundledFreetype|\(qgrayraster\.

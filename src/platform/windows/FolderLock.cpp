@@ -40,7 +40,9 @@ void WriteOwner(HANDLE file, const std::string& text) {
 FolderLock FolderLock::Take(const std::filesystem::path& folder, std::string_view program) {
   FolderLock lock;
   std::error_code error;
-  const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
+  // The long form takes a dot for a name.
+  const std::filesystem::path absolute =
+      std::filesystem::absolute(folder, error).lexically_normal();
   if (error) return lock;
   const std::wstring file = Windows::Below(Windows::LongForm(absolute.native()),
                                            std::wstring(kFileName.begin(), kFileName.end()));
