@@ -5,6 +5,15 @@
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 
+std::vector<ScriptToRun> ScriptsToRun(const Catalogue& catalogue) {
+  std::vector<ScriptToRun> scripts;
+  for (std::size_t i = 1; i < catalogue.Mods.size(); ++i) {
+    if (catalogue.Mods[i].Selected) scripts.push_back({i, catalogue.Mods[i].InstallScript});
+  }
+  scripts.push_back({0, catalogue.EndScript});
+  return scripts;
+}
+
 std::vector<RunFailure> RunInstall(InstallSession& session) {
   std::vector<RunFailure> failures;
   if (session.InstallRunning) return failures;

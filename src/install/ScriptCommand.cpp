@@ -15,7 +15,7 @@ using Effect = ArgumentRole::Effect;
 
 constexpr ArgumentRole kNothing{};
 constexpr ArgumentRole kTextFile{Content::kPath, Base::kGame, Effect::kWrites};
-constexpr ArgumentRole kArchive{Content::kPath, Base::kGame, Effect::kWrites};
+constexpr ArgumentRole kArchive{Content::kArchive, Base::kGame, Effect::kWrites};
 constexpr ArgumentRole kTargetFolder{Content::kPath, Base::kGame, Effect::kWrites};
 constexpr ArgumentRole kTested{Content::kPath, Base::kGame, Effect::kReads};
 constexpr ArgumentRole kCopied{Content::kSource, Base::kCurrent, Effect::kReads};

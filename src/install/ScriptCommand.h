@@ -12,6 +12,7 @@ struct ArgumentRole {
   enum class Content : std::uint8_t {
     kNothing,    ///< never looked at
     kPath,       ///< of a file or folder
+    kArchive,    ///< path of a game archive
     kSource,     ///< a file on disk, or, where there is none, a payload of the pack
     kPayload,    ///< name of a payload of the pack
     kEntry,      ///< name of an entry of the block's archive

@@ -68,3 +68,16 @@ class ScriptWalk {
   std::string ElseLabel;    // the jump's second label
   bool TakeTarget = false;  // the jump goes to `TargetLabel`; otherwise to `ElseLabel`
 };
+
+/// Hands each argument of a script to `take`, jumped over or not, with the 1-based number of its
+/// line. The views of the step point into `script`.
+template <typename Take>
+void ForEachArgument(std::string_view script, const Take& take) {
+  ScriptWalk walk;
+  std::size_t line = 0;
+  for (const std::string_view text : ScriptWalk::Lines(script)) {
+    ++line;
+    const ScriptStep step = walk.Take(text);
+    if (step.kind == ScriptStep::Kind::kArgument) take(step, line);
+  }
+}

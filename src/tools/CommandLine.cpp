@@ -22,6 +22,7 @@ int Run(const Action& chosen) {
     PrintError(error.what());
     return ExitStatus::kUsage;
   } catch (const WantedStop& stop) {
+    PrintError("stopped before anything was changed");
     return ExitStatus::OfStop(stop);
   } catch (const std::exception& failure) {
     PrintError(failure.what());

@@ -36,6 +36,13 @@ class ScriptConsole : public ConsoleHost {
   void SetStatus(const std::string& text) override;
 };
 
+/// The host of an install run that says nothing.
+class QuietConsole : public ConsoleHost {
+ public:
+  void SetStatus(const std::string& /*text*/) override {}
+  void SetPercentStatus(const std::string& /*text*/, int /*percent*/) override {}
+};
+
 /// The host of an install run: each status text on a line, and below them, if stdout is a
 /// terminal, a line that shows how far the run has come.
 class InstallConsole : public ConsoleHost {

@@ -19,10 +19,13 @@
 #include "platform/Shell.h"
 #include "platform/Terminal.h"
 #include "platform/Text.h"
+#include "platform/WantedStop.h"
+#include "tools/BeforeInstall.h"
 #include "tools/ConsoleHost.h"
 #include "tools/OpenPack.h"
 #include "tools/OwnTempFolder.h"
 #include "tools/Paths.h"
+#include "tools/SourceFiles.h"
 
 namespace {
 
@@ -31,8 +34,13 @@ struct InstallArguments {
   std::string pack;
   std::string game;
   std::string temp;
+  std::string current;
   std::optional<std::string> mods;
   bool anyDirectory = false;
+  bool force = false;
+  bool trust = false;
+  bool quiet = false;
+  bool isSource = false;
 };
 
 constexpr std::string_view kProgram = "kvpk";
@@ -76,15 +84,60 @@ class RunFolder {
   std::string dosPath_;
 };
 
+/// The folder that a run has as its current one: the one that the user names, or else an empty one,
+/// so that no file that happens to lie where the caller stands comes between a script and its
+/// payload.
+class CurrentFolder {
+ public:
+  CurrentFolder(const FileSystem& files, const std::string& named)
+      : before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(named.empty() ? files.ToNative(own_.emplace(files).DosPath())
+                                                : NativePath(named));
+  }
+  CurrentFolder(const CurrentFolder&) = delete;
+  CurrentFolder& operator=(const CurrentFolder&) = delete;
+  CurrentFolder(CurrentFolder&&) = delete;
+  CurrentFolder& operator=(CurrentFolder&&) = delete;
+  ~CurrentFolder() {
+    std::error_code ignored;
+    std::filesystem::current_path(before_, ignored);
+  }
+
+ private:
+  std::optional<OwnTempFolder> own_;
+  std::filesystem::path before_;
+};
+
 /// One failure on stderr; `script` says whose.
 void PrintFailure(const std::string& script, const basScript::LineFailure& failure) {
+  if (failure.lineNumber == 0) return PrintError(failure.cause);
   PrintError(Concat(script, failure.endedScript ? ", stopped early at line " : ", line ",
                     failure.lineNumber, ", \"", failure.line, "\": ", failure.cause));
 }
 
+/// The script as a run takes it.
+std::string ScriptText(const FileSystem& files, const InstallArguments& arguments) {
+  const std::string path = ExistingFile(files, arguments.script);
+  if (arguments.isSource) return SourceText(files, path);
+  std::string script = files.ReadWhole(path);
+  if (script.find('\n') != std::string::npos && script.find("\r\n") == std::string::npos) {
+    PrintError("warning: \"" + Text::FromUtf8Lossy(arguments.script) +
+               "\" has no CR LF line ends, so all of it is one line (--source takes the script of "
+               "a pack's source folder)");
+  }
+  return script;
+}
+
+/// Tells where a run was stopped; the exit status.
+int Stopped(const std::string& script, const InstallSession& session, const WantedStop& stop) {
+  PrintError(Concat("stopped in ", script, " at line ", session.LineNumber,
+                    "; what was done until then stays done"));
+  return ExitStatus::OfStop(stop);
+}
+
 int RunScript(const InstallArguments& arguments) {
   const FileSystem files(FileSystemOptions::FromEnvironment());
-  const std::string script = files.ReadWhole(ExistingFile(files, arguments.script));
+  const std::string script = ScriptText(files, arguments);
   const std::string game = ExistingFolder(files, arguments.game);
   const RunLock lock = LockGame(files, game, arguments.game);
   const RunFolder temp(files, arguments.temp, arguments.game);
@@ -94,10 +147,16 @@ int RunScript(const InstallArguments& arguments) {
   session.SAInstallDir = game;
   if (!arguments.pack.empty()) LoadExisting(files, session.ModPackIMG, arguments.pack);
 
-  const auto failures = basScript::RunInstallScript(session, script);
+  const std::string name = "\"" + Text::FromUtf8Lossy(arguments.script) + "\"";
+  std::vector<basScript::LineFailure> failures;
+  try {
+    failures = basScript::RunInstallScript(session, script);
+  } catch (const WantedStop& stop) {
+    return Stopped(name, session, stop);
+  }
   std::cout << "progress: " << host.ModBar().value << '/' << host.ModBar().max << '\n';
   for (const basScript::LineFailure& failure : failures) {
-    PrintFailure("\"" + Text::FromUtf8Lossy(arguments.script) + "\"", failure);
+    PrintFailure(name, failure);
   }
   const bool ended = !failures.empty() && failures.back().endedScript;
   return ended ? ExitStatus::kFailed : ExitStatus::kDone;
@@ -120,11 +179,6 @@ void SelectMods(Catalogue& catalogue, const std::string& list) {
   }
 }
 
-std::string ScriptName(const Catalogue& catalogue, std::size_t mod) {
-  if (mod == 0) return "the end script";
-  return Concat("mod ", mod, ", \"", catalogue.Mods.at(mod).Name, "\"");
-}
-
 int Install(const InstallArguments& arguments) {
   const FileSystem files(FileSystemOptions::FromEnvironment());
   const std::string game = ExistingFolder(files, arguments.game);
@@ -135,14 +189,24 @@ int Install(const InstallArguments& arguments) {
   }
   const RunLock lock = LockGame(files, game, arguments.game);
   const RunFolder temp(files, arguments.temp, arguments.game);
-  InstallConsole host(Terminal::IsStandardOutput());
+  QuietConsole quiet;
+  InstallConsole loud(Terminal::IsStandardOutput());
+  ConsoleHost& host = arguments.quiet ? static_cast<ConsoleHost&>(quiet) : loud;
   DesktopOpener shell(files);
   InstallSession session(files, host, shell, temp.DosPath());
   session.SAInstallDir = game;
   OpenWholePack(files, session.ModPackIMG, session.TempDir, session.Pack, arguments.pack);
   if (arguments.mods) SelectMods(session.Pack, *arguments.mods);
 
-  const std::vector<RunFailure> failures = RunInstall(session);
+  const CurrentFolder current(files, arguments.current);
+  if (!IsSound(session, arguments.force)) return ExitStatus::kUnusable;
+  if (!IsTrusted(session, arguments.trust)) return ExitStatus::kUnusable;
+  std::vector<RunFailure> failures;
+  try {
+    failures = RunInstall(session);
+  } catch (const WantedStop& stop) {
+    return Stopped(ScriptName(session.Pack, session.ModNumber), session, stop);
+  }
   for (const auto& [mod, failure] : failures) {
     PrintFailure(ScriptName(session.Pack, mod), failure);
   }
@@ -177,12 +241,21 @@ void AddInstallCommands(CLI::App& app, Action& chosen) {
       AddCommand(app, chosen, "script", "Run one install script in the current directory",
                  arguments, RunScript);
   script->add_option("SCRIPT", arguments->script, "the script, with CR LF lines")->required();
+  script->add_flag("--source", arguments->isSource,
+                   "it is a script of a pack's source folder: UTF-8, any line ends");
   script->add_option("--pack", arguments->pack, "the pack that payload is taken from");
 
   CLI::App* const install = AddCommand(
       app, chosen, "install", "Install a pack's mods, then run its end script", arguments, Install);
   install->add_option("PACK", arguments->pack, "the pack")->required();
   install->add_option("--mods", arguments->mods, "numbers of the mods, such as 1,3,4; default all");
+  install->add_option(
+      "--current", arguments->current,
+      "the folder in which scripts find files by relative names; else an empty one");
+  install->add_flag("--force", arguments->force, "install although the check finds defects");
+  install->add_flag("--trust", arguments->trust,
+                    "don't ask about what scripts do outside the game directory");
+  install->add_flag("--quiet", arguments->quiet, "print nothing but errors");
   install->add_flag("--any-directory", arguments->anyDirectory,
                     "don't ask for the game's program file in the game directory");
 }

@@ -9,18 +9,6 @@ namespace {
 
 using Content = ArgumentRole::Content;
 
-/// Hands each argument of a script to `take`, with the 1-based number of its line.
-template <typename Take>
-void ForEachArgument(std::string_view script, const Take& take) {
-  ScriptWalk walk;
-  std::size_t number = 0;
-  for (const std::string_view line : ScriptWalk::Lines(script)) {
-    ++number;
-    const ScriptStep step = walk.Take(line);
-    if (step.kind == ScriptStep::Kind::kArgument) take(step, number);
-  }
-}
-
 std::optional<unsigned> HexDigit(char letter) {
   if (letter >= '0' && letter <= '9') return static_cast<unsigned>(letter - '0');
   const char lower = Text::LowerCase(letter);

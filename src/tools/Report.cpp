@@ -4,6 +4,7 @@
 #include <array>
 #include <iostream>
 
+#include "pack/Catalogue.h"
 #include "platform/Failure.h"
 #include "platform/Text.h"
 
@@ -30,6 +31,11 @@ std::string Printable(std::string_view text) {
     }
   }
   return Text::ToUtf8(safe);
+}
+
+std::string ScriptName(const Catalogue& catalogue, std::size_t mod) {
+  if (mod == 0) return "the end script";
+  return Concat("mod ", mod, ", \"", catalogue.Mods.at(mod).Name, "\"");
 }
 
 void PrintError(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -7,6 +8,8 @@
 
 #include "core/basDebugLog.h"
 #include "platform/WantedStop.h"
+
+struct Catalogue;
 
 /// What a run of the tool ends with.
 namespace ExitStatus {
@@ -33,6 +36,8 @@ class UsageError : public std::runtime_error {
 /// or steer the terminal, are written as "\x1B".
 std::string Printable(std::string_view text);
 
+/// How messages name a script of a pack: `mod` is the catalogue number, 0 for the end script.
+std::string ScriptName(const Catalogue& catalogue, std::size_t mod);
 /// One line on stderr, behind what stdout has so far: "kvpk: " and `text` (engine text).
 void PrintError(std::string_view text);
 

@@ -126,6 +126,12 @@ std::string ReadSourceText(const FileSystem& files, const SourceFolder& folder,
   return text;
 }
 
+std::string SourceText(const FileSystem& files, const std::string& path) {
+  const std::string_view folder = DosPath::FolderPart(path);
+  return ReadSourceText(files, {std::string(folder), ""},
+                        std::string_view(path).substr(folder.size()));
+}
+
 SourceIni::SourceIni(const FileSystem& files, const SourceFolder& folder, std::string_view name)
     : file_(folder.PlaceOf(name).file),
       ini_(WithoutByteOrderMark(files.ReadWhole(folder.PathOf(name)))) {

@@ -53,6 +53,9 @@ FolderContent ContentOf(const FileSystem& files, const SourceFolder& folder);
 std::string ReadSourceText(const FileSystem& files, const SourceFolder& folder,
                            std::string_view name);
 
+/// The same for a file by its own path (DOS path text).
+std::string SourceText(const FileSystem& files, const std::string& path);
+
 /// A value of an INI file.
 struct SourceValue {
   std::string text;

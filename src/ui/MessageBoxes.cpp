@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QMessageBox>
 
+#include "ui/ConsentBox.h"
 #include "ui/YesNo.h"
 
 namespace {
@@ -36,5 +37,6 @@ MessageBoxes MessageBoxes::Native() {
           [](QWidget* owner, const QString& text, const QString& title) {
             return Show(owner, QMessageBox::Warning, text, title,
                         QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
-          }};
+          },
+          AskConsent};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 class QWidget;
@@ -18,6 +19,8 @@ struct MessageBoxes {
   Tell Plain;
   /// Warning icon, Yes and No with No as the default. True for Yes.
   Ask Confirm;
+  /// Lists what a pack will do outside the game and asks whether to go on; No is the default.
+  std::function<bool(QWidget* owner, const QStringList& deeds, const QString& title)> Consent;
 
   /// The toolkit's own boxes.
   static MessageBoxes Native();

@@ -14,6 +14,7 @@
 #include "core/basMain.h"
 #include "install/InstallHost.h"
 #include "install/InstallSession.h"
+#include "install/PackCheck.h"
 #include "install/RunLock.h"
 #include "pack/Catalogue.h"
 #include "platform/Registry.h"
@@ -181,6 +182,8 @@ class frmMain : public QWidget, public InstallHost {
   void OpenDroppedPack();
   void PlayClick();
   bool TakeGameDirectory();
+  bool MayInstall();
+  std::vector<PackFinding> CheckedPack();
   void OwnLoading();
 
   Surroundings surroundings_;

@@ -17,6 +17,7 @@
 #include "ui/CatalogueLists.h"
 #include "ui/EngineText.h"
 #include "ui/HtmlStrip.h"
+#include "ui/InstallQuestions.h"
 #include "ui/OptionsPage.h"
 #include "ui/ProgressPage.h"
 #include "ui/SkinInputs.h"
@@ -54,8 +55,50 @@ void frmMain::cmdInstall_Click() {
       runIsOn_ = false;
       runLock_.reset();
     });
+    if (!MayInstall()) return;
     RunInstall(session_);
   });
+}
+
+/// Looks ahead at the run, and asks the player about what isn't as he'd expect. Events run
+/// meanwhile: a choice that has changed by the end is looked at again.
+bool frmMain::MayInstall() {
+  // Closing the window asks first from here on.
+  session_.InstallRunning = true;
+  const auto over = qScopeGuard([this] { session_.InstallRunning = false; });
+  for (;;) {
+    const std::vector<ScriptToRun> scripts = ScriptsToRun(session_.Pack);
+    if (const auto question = InstallQuestions::AboutFindings(CheckedPack())) {
+      if (!surroundings_.messages.Confirm(this, *question, MessageBoxes::DefaultTitle())) break;
+    }
+    const std::vector<OutsideDeed> deeds = DeedsOutside(session_);
+    if (scripts != ScriptsToRun(session_.Pack)) continue;
+    if (deeds.empty()) return true;
+    const QStringList lines = InstallQuestions::LinesOf(session_.Pack, deeds);
+    if (surroundings_.messages.Consent(this, lines, MessageBoxes::DefaultTitle())) return true;
+    break;
+  }
+  HideProgressPage();
+  return false;
+}
+
+std::vector<PackFinding> frmMain::CheckedPack() {
+  constexpr std::int32_t kWhole = 100;
+  if (PayloadsToCheck(session_) > 0) {
+    ShowProgressPage();
+    session_.SetStatus(
+        "Pr\xFC"
+        "fe Modpack...");
+  }
+  std::vector<PackFinding> findings =
+      CheckPack(session_, [this](std::size_t done, std::size_t count) {
+        SetModProgressMax(kWhole);
+        SetModProgress(static_cast<std::int32_t>(kWhole * done / count));
+      });
+  for (const PackFinding& finding : findings) {
+    basDebugLog::LogError("frmMain.CheckedPack", finding.name + ": " + finding.cause);
+  }
+  return findings;
 }
 
 bool frmMain::TakeGameDirectory() {
