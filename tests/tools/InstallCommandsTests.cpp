@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -85,6 +87,53 @@ TEST_F(Install, OneProgramAtATimeHasTheGameOrATempFolder) {
   EXPECT_EQ(GameText(), "first\r\nlast\r\n");
   EXPECT_EQ(Kvpk(folder_, words).exitStatus, 0);
   EXPECT_EQ(folder_.List("keep"), std::vector<std::string>{});
+}
+
+TEST_F(Install, LooksAheadBeforeItChangesAnything) {
+  const std::string index =
+      "[Mod1]\r\nTypeID=1\r\nName=Eins\r\nInstallScript=" + AddLine("eins") +
+      "<nl>Copy {<nl>data<nl>kaputt<nl>}\r\n"
+      "[Mod2]\r\nTypeID=1\r\nName=Zwei\r\nInstallScript=Copy {<nl>data<nl>da.txt<nl>}"
+      "<nl>Delete {<nl>Z:\\nirgends<nl>}\r\n";
+  WritePack(folder_, "b.kvpk", index, {{"kaputt", "no stream"}, {"da.txt", Compressed("payload")}});
+  folder_.Write("da.txt", "the caller's own");
+  const auto install = [&](std::vector<std::string> options) {
+    std::vector<std::string> words{"install", "b.kvpk", "--game", "game", "--quiet", "--mods"};
+    words.insert(words.end(), options.begin(), options.end());
+    const KvpkRun run = Kvpk(folder_, words);
+    EXPECT_EQ(run.output, "");
+    return std::pair(run.exitStatus, run.errors);
+  };
+  const auto [damaged, defect] = install({"1"});
+  EXPECT_EQ(damaged, 1);
+  EXPECT_THAT(defect, HasSubstr("payload \"kaputt\" is damaged: "));
+  EXPECT_EQ(GameText(), "first\r\nlast\r\n");
+  const auto [forced, setback] = install({"1", "--force"});
+  EXPECT_EQ(forced, 3);
+  EXPECT_THAT(setback, HasSubstr("\nkvpk: mod 1, \"Eins\", line 8, \"kaputt\": "));
+  EXPECT_EQ(GameText(), "first\r\nlast\r\neins\r\n");
+
+  const auto [unasked, deeds] = install({"2"});
+  EXPECT_EQ(unasked, 1);
+  EXPECT_THAT(deeds, HasSubstr("mod 2, \"Zwei\", line 6: deletes Z:\\nirgends\n"));
+  EXPECT_EQ(folder_.Read("game/data/da.txt"), "(missing)");
+  EXPECT_EQ(install({"2", "--trust"}).first, 3) << "there is nothing to delete";
+  EXPECT_EQ(folder_.Read("game/data/da.txt"), "payload");
+  install({"2", "--trust", "--current", "."});
+  EXPECT_EQ(folder_.Read("game/data/da.txt"), "the caller's own");
+}
+
+TEST_F(Install, TellsOfEditsThatFail) {
+  folder_.Write("s.txt",
+                "ReplaceLine {\ndata\\gta.dat\nnirgends\nneu\n}\nAddLine {\n"
+                "data\\gta.dat\nlast\n\xC3\xBC\n}\n");
+  const KvpkRun raw = Kvpk(folder_, {"script", "s.txt", "--game", "game"});
+  EXPECT_THAT(raw.errors, HasSubstr("has no CR LF line ends"));
+  const KvpkRun run = Kvpk(folder_, {"script", "s.txt", "--game", "game", "--source"});
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_THAT(run.errors, testing::MatchesRegex(".*line 4, \"neu\": edit of \".*gta.dat\" at "
+                                                "\"nirgends\": no line matches\n"));
+  EXPECT_EQ(GameText(), "first\r\nlast\r\n\xFC\r\n");
 }
 
 TEST_F(Install, AsksForAGameDirectory) {

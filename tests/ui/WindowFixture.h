@@ -62,22 +62,27 @@ class MainWindow : public testing::Test {
 
   /// Loads and shows the window as the program does.
   frmMain& Start(const std::string& commandLine = "") {
-    Window = std::make_unique<frmMain>(
-        Surroundings{.files = Files,
-                     .shell = Shell,
-                     .sound = Player,
-                     .messages = {.Information = Teller("information"),
-                                  .Stop = Teller("stop"),
-                                  .Plain = Teller("plain"),
-                                  .Confirm =
-                                      [this](QWidget*, const QString& text, const QString& title) {
-                                        Note("confirm", text, title);
-                                        return Answer;
-                                      }},
-                     .registry = Registry,
-                     .programFolder = Folder.Dos("program"),
-                     .commandLine = commandLine,
-                     .TempDir = Folder.Dos("program") + "\\inst_temp"});
+    Window = std::make_unique<frmMain>(Surroundings{
+        .files = Files,
+        .shell = Shell,
+        .sound = Player,
+        .messages = {.Information = Teller("information"),
+                     .Stop = Teller("stop"),
+                     .Plain = Teller("plain"),
+                     .Confirm =
+                         [this](QWidget*, const QString& text, const QString& title) {
+                           Note("confirm", text, title);
+                           return Answer;
+                         },
+                     .Consent =
+                         [this](QWidget*, const QStringList& deeds, const QString& title) {
+                           Note("consent", deeds.join('|'), title);
+                           return Answer;
+                         }},
+        .registry = Registry,
+        .programFolder = Folder.Dos("program"),
+        .commandLine = commandLine,
+        .TempDir = Folder.Dos("program") + "\\inst_temp"});
     Window->Form_Load();
     Window->show();
     QApplication::processEvents();

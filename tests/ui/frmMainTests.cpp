@@ -9,6 +9,7 @@
 #include "controls/ngBtn.h"
 #include "controls/skinBtn.h"
 #include "controls/tc_PBar.h"
+#include "pack/ZlibStream.h"
 #include "platform/FolderLock.h"
 #include "platform/Text.h"
 #include "ui/CatalogueLists.h"
@@ -139,6 +140,32 @@ TEST_F(MainWindow, SkipsTheRestAfterABrokenSetting) {
   EXPECT_EQ(window.lblTitel->Caption(), "Probe");
   EXPECT_EQ(window.picSAInstallDir->txtSAInstallDir->text(), "");
   EXPECT_FALSE(window.lists->ListsEnabled);
+}
+
+TEST_F(MainWindow, AsksAheadOfAnInstallThatIsNotAsExpected) {
+  WriteIniWithGame();
+  const std::string script =
+      "[Mod1]\r\nTypeID=1\r\nName=A\r\nInstallScript=Copy {<nl>data<nl>p<nl>}<nl>"
+      "ShellExecute {<nl>x.exe<nl>}\r\n[Typ1]\r\nTypeID=1\r\nName=T\r\n";
+  WritePack(Folder, "program/p.kvpk", script, {{"p", "no stream"}});
+  frmMain& window = Start();
+  const std::vector<std::string> damage{
+      "confirm: KELVO: Das Modpack ist beschädigt: p. Trotzdem installieren?"};
+  window.cmdInstall_Click();
+  EXPECT_EQ(std::exchange(Messages, {}), damage);
+  EXPECT_EQ(window.picInstallProgrress->lblStatus->text(), "Prüfe Modpack...");
+  EXPECT_TRUE(Shell.Opened.empty());
+  WritePack(Folder, "program/p.kvpk", script, {{"p", Compressed("the payload")}});
+  window.OpenKELVOFile(Folder.Dos("program/p.kvpk"));
+  const std::string deeds = "consent: KELVO: A: öffnet x.exe";
+  window.cmdInstall_Click();
+  EXPECT_EQ(std::exchange(Messages, {}), std::vector{deeds});
+  EXPECT_EQ(Folder.Read("game/data/p"), "(missing)");
+  Answer = true;
+  window.cmdInstall_Click();
+  EXPECT_EQ(Messages, (std::vector<std::string>{deeds, kDone}));
+  EXPECT_EQ(Folder.Read("game/data/p"), "the payload");
+  EXPECT_EQ(Shell.Opened.size(), 1U);
 }
 
 TEST_F(MainWindow, InstallsTheTickedModsInOrder) {
