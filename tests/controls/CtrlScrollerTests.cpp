@@ -204,28 +204,6 @@ TEST(CtrlScroller, RunsFromTopToBottomToo) {
   scroller.Release(5);
 }
 
-TEST(CtrlScroller, DrawsItsPicturesAtAnyScale) {
-  Scroller scroller;
-  scroller.SetValue(40);
-  scroller.resize(300, 300);
-  EXPECT_EQ(scroller.size(), QSize(110, 20)) << "the picture's";
-  for (const qreal ratio : {1.0, 1.25, 1.5, 2.0}) {
-    const QImage image = RenderedAt(scroller, ratio);
-    for (const auto& [x, colour] : {std::pair(0, Qt::darkBlue),
-                                    {40, Qt::darkBlue},  // transparent in the handle
-                                    {44, Qt::yellow},
-                                    {48, Qt::yellow},
-                                    {52, Qt::darkGreen},
-                                    {109, Qt::darkGreen}}) {
-      EXPECT_EQ(image.pixelColor(qRound(x * ratio), 5), QColor(colour)) << x << " at " << ratio;
-    }
-  }
-  QPixmap fine = PlainPicture({220, 40}, Qt::darkBlue);
-  fine.setDevicePixelRatio(2);
-  scroller.SetScrollBefore(fine);
-  EXPECT_EQ(scroller.size(), QSize(110, 20));
-}
-
 TEST(CtrlScroller, PassesOnKeysAndDrops) {
   Scroller scroller;
   QObject::connect(&scroller, &CtrlScroller::KeyDown,

@@ -8,14 +8,10 @@
 
 #include <gtest/gtest.h>
 
-#include "RenderedAt.h"
 #include "controls/SizeGrip.h"
 #include "platform/window/basMinMax.h"
 
 namespace {
-
-const QColor kBack(159, 165, 181);
-const QColor kLine(221, 223, 230);
 
 // A style whose scroll bars can change their size.
 class ScrollBarStyle : public QProxyStyle {
@@ -141,23 +137,5 @@ TEST(SizeGrip, OnlyTellsTheMouseElsewhere) {
     QTest::mouseClick(&grip, Qt::LeftButton, Qt::ControlModifier, {2, 3});
     ASSERT_EQ(presses.size(), 1);
     EXPECT_EQ(presses.takeFirst(), QVariantList({short{1}, short{2}, 2.0F, 3.0F}));
-  }
-}
-
-TEST(SizeGrip, DrawsThreeLinesInTwoColours) {
-  Form form;
-  form.Show();
-  for (const qreal ratio : {1.0, 2.0, 1.0}) {  // as on one screen and another
-    const QImage image = RenderedAt(form.grip, ratio);
-    const int side = image.width();
-    int changes = 0;  // of colour, along the diagonal from the upper left to the lower right
-    for (int i = 0; i < side * side; ++i) {
-      const int x = i % side;
-      const int y = i / side;
-      const QColor colour = image.pixelColor(x, y);
-      ASSERT_TRUE(colour == kBack || (colour == kLine && x + y >= side)) << x << "," << y;
-      if (x == y && x > 0 && colour != image.pixelColor(x - 1, y - 1)) ++changes;
-    }
-    EXPECT_EQ(changes, 6) << ratio;
   }
 }

@@ -65,14 +65,6 @@ TEST(tc_PBar, ComputesThePercentage) {
   EXPECT_FALSE(Percent(3, 7, 7));
 }
 
-TEST(tc_PBar, CentresItsText) {
-  EXPECT_EQ(PBarGeometry::TextPlace({215, 15}, {40, 13}), QPointF(87.5, 1));
-  EXPECT_EQ(PBarGeometry::InvertBox({215, 15}, 107.5F), QRect(106, 0, 109, 15));  // 106.5, to even
-  EXPECT_EQ(PBarGeometry::InvertBox({215, 15}, 0), QRect(-1, 0, 216, 15));
-  EXPECT_EQ(PBarGeometry::FillBox({215, 15}, 107.5F), QRect(QPoint(1, 1), QPoint(106, 13)));
-  EXPECT_EQ(PBarGeometry::FillBox({215, 15}, 1), QRect(QPoint(-1, 1), QPoint(1, 13)));
-}
-
 TEST(tc_PBar, PaintsOnceForManySteps) {
   Bar bar;
   bar.show();
