@@ -142,48 +142,25 @@ class Lists : public testing::Test {
 
 const QColor kPlain(179, 184, 197);
 const QColor kSelected(72, 82, 92);
-const QColor kUnderMouse(217, 220, 226);
-const QColor kBoth(88, 97, 110);
 const QColor kDark(36, 41, 46);
 const QRect kFirstLine(30, 2, 140, 12);
-const QRect kSecondLine(30, 17, 140, 12);
 const QRect kTick(5, 5, 21, 21);
 const QRect kEmptyText(15, 10, 200, 13);
 
 }  // namespace
 
-TEST_F(Lists, PaintsRowsByTheirState) {
-  for (std::int16_t id = 1; id <= 4; ++id) AddType(id, 4);
+TEST_F(Lists, PaintsTicksInThreeStates) {
+  for (std::int16_t id = 1; id <= 3; ++id) AddType(id, 4);
   Open();
-  lists->picModList_MouseDown(1, 0, 31, 1);
-  struct Row {
-    std::int16_t selected, hovered;
-    QColor fill, name, typeText, modText, typeTick;
-  };
-  for (const Row& row : {
-           Row{1, 0, kSelected, Qt::white, Qt::white, Qt::white, Qt::white},
-           Row{1, 1, kBoth, Qt::white, Qt::white, Qt::white, Qt::white},
-           Row{3, 1, kUnderMouse, Qt::red, kSelected, kDark, kSelected},
-           Row{3, 2, kPlain, kDark, kSelected, kDark, kDark},
-       }) {
-    lists->CurType = lists->CurModRow = row.selected;
-    lists->HoverType = lists->HoverModRow = row.hovered;
-    lists->RedrawLists(true);
-    for (ListSurface* const list : {lists->picTypeList, lists->picModList}) {
-      SCOPED_TRACE(list->objectName().toStdString() + std::to_string(row.hovered));
-      const bool isTypes = list == lists->picTypeList;
-      EXPECT_EQ(Fill(list, 1), row.fill);
-      EXPECT_TRUE(Shows(list, 1, kFirstLine, row.name));
-      EXPECT_TRUE(Shows(list, 1, kSecondLine, isTypes ? row.typeText : row.modText));
-      EXPECT_TRUE(Shows(list, 1, kTick, isTypes ? row.typeTick : row.modText));
-    }
-  }
+  lists->CurType = 3;
   pack.ModTypes[1].CheckState = 2;
   pack.ModTypes[2].CheckState = 0;
   lists->DrawTypeList();
   EXPECT_TRUE(Shows(lists->picTypeList, 1, kTick, QColor(108, 112, 122))) << "half-tone";
   EXPECT_FALSE(Shows(lists->picTypeList, 1, kTick, kDark));
   EXPECT_FALSE(Shows(lists->picTypeList, 2, kTick, kDark));
+  EXPECT_EQ(Fill(lists->picTypeList, 3), kSelected);
+  EXPECT_TRUE(Shows(lists->picTypeList, 3, kTick, Qt::white));
 }
 
 TEST_F(Lists, ATypeFiltersTheMods) {

@@ -35,8 +35,8 @@ std::string Encoded(const QImage& image, const char* format) {
   return bytes.data().toStdString();
 }
 
-std::string Plain(const char* format, const QColor& colour, const QSize& size = {40, 40}) {
-  QImage image(size, QImage::Format_RGB32);
+std::string Plain(const char* format, const QColor& colour) {
+  QImage image(40, 40, QImage::Format_RGB32);
   image.fill(colour);
   return Encoded(image, format);
 }
@@ -68,8 +68,6 @@ class DetailViewTest : public testing::Test {
                   {"green.gif", TwoFrames()},
                   {"named_wrong.bmp", Plain("PNG", Qt::green)},
                   {"blue.png", Plain("PNG", Qt::blue)},
-                  {"wide.png", Plain("PNG", Qt::red, {80, 10})},
-                  {"tall.png", Plain("PNG", Qt::red, {10, 80})},
                   {"text.png", "no picture at all"},
                   {"vector.svg", "<svg xmlns='http://www.w3.org/2000/svg'/>"},
                   {"huge.bmp", Bitmap(kSixtyThousand, kSixtyThousand)},
@@ -142,29 +140,6 @@ TEST_F(DetailViewTest, ReadsThePackOnlyForAnotherName) {
   EXPECT_EQ(files.Faults().Count(), 0);
   view->SetPicture("green.png");
   EXPECT_GT(files.Faults().Count(), 0);
-}
-
-TEST_F(DetailViewTest, FitsThePictureExactlyOnEveryScreen) {
-  view->picDescPic->resize(640, 240);
-  struct Edges {
-    const char* name;
-    QPoint outside, first, last, beyond;
-  };
-  for (const Edges& row : {
-           Edges{"wide.png", {320, 79}, {0, 80}, {639, 159}, {320, 160}},
-           Edges{"tall.png", {304, 0}, {305, 0}, {334, 239}, {335, 239}},
-       }) {
-    view->SetPicture(row.name);
-    for (const int ratio : {1, 2, 3}) {
-      SCOPED_TRACE(row.name + std::to_string(ratio));
-      const QImage image = RenderedAt(*view->picDescPic, ratio);
-      const QPoint lastPart(ratio - 1, ratio - 1);
-      EXPECT_EQ(image.pixelColor(row.outside * ratio + lastPart), kBackground);
-      EXPECT_EQ(image.pixelColor(row.first * ratio), QColor(Qt::red));
-      EXPECT_EQ(image.pixelColor(row.last * ratio + lastPart), QColor(Qt::red));
-      EXPECT_EQ(image.pixelColor(row.beyond * ratio), kBackground);
-    }
-  }
 }
 
 TEST_F(DetailViewTest, KeepsTheDetailThatAFineScreenCanShow) {

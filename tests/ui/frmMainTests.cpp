@@ -8,7 +8,6 @@
 
 #include "controls/ngBtn.h"
 #include "controls/skinBtn.h"
-#include "controls/tc_PBar.h"
 #include "pack/ZlibStream.h"
 #include "platform/FolderLock.h"
 #include "platform/Text.h"
@@ -463,18 +462,6 @@ TEST_F(MainWindow, OpensADroppedPack) {
 TEST_F(MainWindow, OpensTheCommunityPage) {
   QTest::mouseClick(Start().lblDockLink, Qt::LeftButton);
   EXPECT_THAT(Shell.Opened, ElementsAre(testing::Pair(testing::StartsWith("http"), "")));
-}
-
-TEST_F(MainWindow, ShowsStatusAndProgressOfTheEngine) {
-  frmMain& window = Start();
-  window.SetStatus("F\xFCge Zeile hinzu...gta.dat");
-  EXPECT_EQ(window.picInstallProgrress->lblStatus->text(), "Füge Zeile hinzu...gta.dat");
-  window.SetTotalProgressMax(7);
-  window.SetTotalProgress(3);
-  EXPECT_EQ(window.picInstallProgrress->pBarFortschritt->Value(), 3);
-  window.SetModProgressMax(20);
-  window.SetModProgress(7);
-  EXPECT_EQ(window.picInstallProgrress->pBarFortschrittMod->Value(), 7);
 }
 
 }  // namespace
