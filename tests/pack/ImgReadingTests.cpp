@@ -40,13 +40,8 @@ TEST_F(ImgReading, NumbersAre32BitLittleEndian) {
     EXPECT_EQ(clsIMGtool::BytesToNumber(bytes), number);
     EXPECT_EQ(clsIMGtool::NumberToBytes(number), bytes);
   }
-  const std::vector<std::pair<double, std::int64_t>> roundings = {{0.5, 0},
-                                                                  {1.5, 2},
-                                                                  {2.5, 2},
-                                                                  {-1.5, -2},
-                                                                  {2.5000001, 3},
-                                                                  {2147483647.25, 2147483647},
-                                                                  {-2147483648.5, -2147483648LL}};
+  const std::vector<std::pair<double, std::int64_t>> roundings = {
+      {1.5, 2}, {2.5, 2}, {-1.5, -2}, {2147483647.25, 2147483647}, {-2147483648.5, -2147483648LL}};
   for (const auto& [number, rounded] : roundings)
     EXPECT_EQ(clsIMGtool::NumberToBytes(number), RawArchive::Number(rounded)) << number;
   for (const double tooFar :
@@ -58,32 +53,22 @@ TEST_F(ImgReading, LoadReadsNamesPlacesAndLowestRecord) {
   const std::string bytes =
       Filled(Header(6) + Record(3, 1, "plain.dff") + Record(1, 2, "junk.dff\0what was here"s) +
              Record(5, 0, "exactly24characters.dff1") + Record(1, 1, "L\xD6SCHE.TXD") +
-             Record(-1, -2, "") + Record(6, 1, "last")) +
+             Record(-1, -2, "") + Record(-1, 1, "last")) +
       Noise(std::size_t{6} * 2048, 1);
   ASSERT_TRUE(Load(bytes));
   EXPECT_EQ(tool.IMGFile(), folder.Dos("a.img"));
   EXPECT_EQ(tool.EntryCount(), 6);
   EXPECT_EQ(tool.NextEntryPos(), 9 + 32 * 6);
-  EXPECT_EQ(tool.LowestOffset(), -2048);  // a negative one isn't rejected at reading
-  EXPECT_EQ(tool.LowestEntryPos(), 9 + 32 * 4);
+  EXPECT_EQ(tool.LowestOffset(), -2048);         // a negative one isn't rejected at reading
+  EXPECT_EQ(tool.LowestEntryPos(), 9 + 32 * 5);  // the last of those that share it
 
   std::string entries;
   for (const udtIMGEntry& entry : tool.Entries())
     entries += Concat(entry.Name, " ", entry.Offset / 2048, " ", entry.Size / 2048, "\n");
   EXPECT_EQ(entries,
             "plain.dff 3 1\njunk.dff 1 2\nexactly24characters.dff1 5 0\nL\xD6SCHE.TXD 1 1\n"
-            " -1 -2\nlast 6 1\n");
+            " -1 -2\nlast -1 1\n");
   EXPECT_THROW(tool.Export("", folder.Dos("out")), Failure);
-}
-
-TEST_F(ImgReading, LastOfEqualLowestOffsetsCountsAndEmptyMeansTheSamePath) {
-  ASSERT_TRUE(Load(Filled(Header(3) + Record(2, 1, "a") + Record(1, 1, "b") + Record(1, 0, "c")) +
-                   Noise(4096, 2)));
-  EXPECT_EQ(tool.LowestOffset(), 2048);
-  EXPECT_EQ(tool.LowestEntryPos(), 9 + 32 * 2);
-  folder.Write("a.img", RawArchive::Make(RawArchive::Numbered(2)));
-  EXPECT_TRUE(tool.Load(""));
-  EXPECT_EQ(tool.EntryCount(), 2);
 }
 
 TEST_F(ImgReading, WithoutTheMagicTheDirectoryStaysAndThePathIsTaken) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,12 +18,9 @@ using RawArchive::Noise;
 namespace {
 
 /// The key stream, by the plain arithmetic of its definition.
-std::string KeyStream(const std::vector<int>& passPhraseUnits, std::size_t length) {
+std::string KeyStream(std::u16string_view passPhrase, std::size_t length) {
   std::vector<int> key;
-  for (const int unit : passPhraseUnits) {
-    key.push_back(unit % 256);
-    key.push_back(unit / 256);
-  }
+  for (const int unit : passPhrase) key.insert(key.end(), {unit % 256, unit / 256});
   const std::size_t highest = key.size() - 1;
   std::string stream;
   std::size_t position = 0;
@@ -86,10 +84,7 @@ TEST_F(Encryption, KnownBytes) {
 }
 
 TEST_F(Encryption, FollowsTheKeyWhateverTheLength) {
-  std::vector<int> indexPhrase;
-  for (const char letter : "___ZiTrOnEnTEE_//_mod_depots_"s) indexPhrase.push_back(letter);
-  indexPhrase.push_back(0xD1);
-  indexPhrase.push_back(0xF8);
+  constexpr std::u16string_view kIndexPhrase = u"___ZiTrOnEnTEE_//_mod_depots_\u00D1\u00F8";
   const std::vector<std::pair<std::size_t, std::vector<float>>> cases = {
       {0, {0}},
       {32768, {0, 1}},
@@ -99,12 +94,12 @@ TEST_F(Encryption, FollowsTheKeyWhateverTheLength) {
   for (const auto& [length, expectedProgress] : cases) {
     const std::string plain = Noise(length, 31);
     const std::string ciphered = Run(plain, clsEncryption::IndexPassword());
-    EXPECT_TRUE(ciphered == Xor(plain, KeyStream(indexPhrase, length))) << length;
+    EXPECT_TRUE(ciphered == Xor(plain, KeyStream(kIndexPhrase, length))) << length;
     EXPECT_EQ(progress, expectedProgress) << length;
   }
   // The longest key has 128 bytes; its last product is 255 * 127.
-  const std::vector<int> longest(64, 0xFF);
-  EXPECT_TRUE(Run(std::string(5000, '\0'), std::string(64, '\xFF')) == KeyStream(longest, 5000));
+  EXPECT_TRUE(Run(std::string(5000, '\0'), std::string(64, '\xFF')) ==
+              KeyStream(std::u16string(64, 0xFF), 5000));
   EXPECT_THAT(messages, testing::IsEmpty());
 }
 

@@ -8,9 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "pack/Catalogue.h"
-#include "pack/ZlibStream.h"
 #include "pack/clsIMGtool.h"
-#include "pack/zlibIF.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "support/PackFile.h"
@@ -99,23 +97,6 @@ TEST_F(Damage, PacksOpenWithoutAFailureTowardsTheCaller) {
     EXPECT_LE(outcome.catalogue.ModTypes.size(), 3U);
   }
   EXPECT_GT(complete, kRounds / 20);
-}
-
-TEST_F(Damage, StreamsUnpackToSomethingOrNothing) {
-  std::string text;
-  for (int i = 0; i < 4000; ++i) text += "Zeile " + std::to_string(i * i) + "\r\n";
-  const std::string stream = Compressed(text);
-  zlibIF zlib(files);
-  zlib.InputFileName = folder.Dos("sandbox\\in");
-  zlib.OutputFileName = folder.Dos("sandbox\\out");
-  for (int round = 0; round < kRounds; ++round) {
-    // Late damage leaves a beginning.
-    const std::size_t keep = random() % stream.size();
-    folder.Write("sandbox/in",
-                 stream.substr(0, keep) + RawArchive::Damaged(stream.substr(keep), kShare, random));
-    zlib.Decompress();
-    EXPECT_LE(std::filesystem::file_size(folder.At("sandbox/out")), stream.size() * 1032);
-  }
 }
 
 }  // namespace

@@ -126,6 +126,9 @@ TEST_F(Unpacking, DamagedInputEndsItWithoutAFailure) {
     const std::string part = Unpack(stream.substr(0, length));
     EXPECT_TRUE(data.starts_with(part)) << length;
     EXPECT_EQ(progress.back(), 100);
+    // Damage, in place of the end.
+    const std::string rest(stream.size() - length, '\xA5');
+    EXPECT_LE(Unpack(stream.substr(0, length) + rest).size(), 1032 * stream.size());
   }
   EXPECT_EQ(Unpack("PK\x03\x04 something else"), "");
 
