@@ -114,8 +114,6 @@ TEST_F(FileCommands, DeleteAndRename) {
       {"with wildcards all ordinary files, the first in the status line",
        "start/here/b.txt|start/here/A.TXT|start/here/.h.txt|start/here/o.txt/|start/here/a.doc",
        "Delete {|*.txt|}", 0, remove + "A.TXT", "-start/here/b.txt|-start/here/A.TXT"},
-      {"with wildcards below TempDir", "temp/a.tmp|temp/b.tmp|temp/c.txt", "Delete {|?.tmp|}", 0,
-       remove + "a.tmp", "-temp/a.tmp|-temp/b.tmp"},
       {"absolute", "game/q.txt=3", R"(Delete {|<root>\\game\\q.txt)", 0, remove + "q.txt",
        "-game/q.txt"},
 
@@ -147,8 +145,6 @@ TEST_F(FileCommands, CreateAndRemoveFolder) {
        0, make + "neu|" + make + "neuer", "temp/o/neu/|temp/o/neuer/"},
       {"one that exists, in whatever case", "", "CreateFolder {|<root>\\game|DATA|neu|}", 3,
        make + "DATA", ""},
-      {"the parent alone", "", "CreateFolder {|<root>\\game|}", 0, "", ""},
-
       {"the one of the first line; the second is shown", "game/leer/|temp/data/",
        "RemoveFolder {|<root>\\game\\leer|data|}", 0, remove + "data", "-game/leer/"},
       {"a further removal fails", "game/leer/", "RemoveFolder {|<root>\\game\\leer|x|y|}", 4,

@@ -82,23 +82,4 @@ TEST_F(InstallRun, ACatalogueThatShrinksEndsTheRun) {
   EXPECT_EQ(std::count(Host.Calls.begin(), Host.Calls.end(), kDone), 0);
 }
 
-/// Two engines in one process: one runs a script wherever the other lets events run.
-TEST_F(InstallRun, TwoSessionsDoNotDisturbEachOther) {
-  LayOut({{"game/t.txt", "a\r\n"}});
-  RecordingHost otherHost;
-  RecordingOpener otherShell;
-  const FileSystem otherFiles;
-  InstallSession other(otherFiles, otherHost, otherShell, Session.TempDir);
-  other.SAInstallDir = "Z:\\other";
-  Host.OnDoEvents = [&] {
-    EXPECT_TRUE(basScript::RunInstallScript(other, "ShellExecute {\r\nx\r\ny\r\n}").empty());
-  };
-  AddMod("Erste", "AddLine {|t.txt|a|b|c|}");
-  EXPECT_TRUE(RunAll().empty());
-  EXPECT_EQ(Folder.Read("game/t.txt"), "a\r\nb\r\nc\r\n");
-  EXPECT_EQ(otherShell.Opened.size(), 2U * static_cast<std::size_t>(Host.DoEventsCount));
-  EXPECT_EQ(otherShell.Opened.back().first, "Z:\\other\\y");
-  EXPECT_TRUE(otherHost.Statuses.empty());
-}
-
 }  // namespace

@@ -10,6 +10,7 @@
 #include "install/basTextEdit.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/WantedStop.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -108,28 +109,18 @@ TEST(TextEdit, LineExists) {
   EXPECT_FALSE(basTextEdit::LineExists(files, path, "*"));
 }
 
-TEST(TextEdit, AnEventThatEndsTheRunLeavesTheFileAsItWas) {
-  struct Stop {};
+TEST(TextEdit, AStopLeavesTheFileAsItWas) {
   const TempFolder folder;
   const FileSystem files;
   const std::string text(1 << 20, 'a');
   const std::string search = "*" + std::string(6000, 'a') + "b*";
-  for (const EditMode mode : {kAdd, kRemove, kReplace}) {
-    folder.Write("t.txt", text);
-    bool stopped = false;
-    const auto stop = [&] {
-      stopped = true;
-      throw Stop();
-    };
-    EXPECT_THROW(basTextEdit::LineExists(files, folder.Dos("t.txt"), search, stop), Stop);
-    stopped = false;
-    try {
-      basTextEdit::ModifyLine(files, "", folder.Dos("t.txt"), search, "n", mode, stop);
-    } catch (const Stop&) {  // whether its trap lets this one pass doesn't matter here
-    }
-    EXPECT_TRUE(stopped);
-    EXPECT_TRUE(folder.Read("t.txt") == text);
-  }
+  const std::string path = folder.Dos("t.txt");
+  const auto stop = [] { throw WantedStop{2}; };
+  folder.Write("t.txt", text);
+  EXPECT_THROW(basTextEdit::LineExists(files, path, search, stop), WantedStop);
+  for (const EditMode mode : {kAdd, kRemove, kReplace})
+    EXPECT_THROW(basTextEdit::ModifyLine(files, "", path, search, "n", mode, stop), WantedStop);
+  EXPECT_TRUE(folder.Read("t.txt") == text);
 }
 
 /// With the disk failing at any step, once or from then on, a file holds what stood there, that
