@@ -45,17 +45,6 @@ TEST(LinePattern, Matches) {
   }
 }
 
-TEST(LinePattern, ALineEqualsItsOwnTextWhateverSignsItHolds) {
-  EventPacer pacer;
-  for (const char* text : {"[abc]", "a#b", "x [!y] * ?", "[!]", "plain"}) {
-    EXPECT_TRUE(LinePattern(text).MatchesOrEquals(text, pacer));
-    EXPECT_FALSE(LinePattern(text).MatchesOrEquals(std::string(text) + "\x01", pacer));
-  }
-  EXPECT_FALSE(LinePattern("[abc]").Matches("[abc]", pacer));
-  EXPECT_TRUE(LinePattern("[ABC]").MatchesOrEquals("[abC]", pacer));
-  EXPECT_TRUE(LinePattern("[abc]").MatchesOrEquals("b", pacer));
-}
-
 TEST(LinePattern, MalformedPatternsFail) {
   for (const char* bad : {"[", "a[b", "[!", "[a-", "x]y[", "[c-a]", "[9-0]", "[!z-a]", "[Z-_]"})
     EXPECT_THROW(LinePattern{bad}, Failure) << bad;
@@ -88,7 +77,7 @@ TEST(LinePattern, MatchesAsDefined) {
   std::mt19937 random(10);
   EventPacer pacer;
   int matching = 0;
-  for (int round = 0; round < 2000; ++round) {
+  for (int round = 0; round < 1000; ++round) {
     std::string pattern;
     std::string text;
     for (std::size_t i = random() % 7; i > 0; --i) pattern += parts[random() % parts.size()];
@@ -101,7 +90,7 @@ TEST(LinePattern, MatchesAsDefined) {
     ASSERT_EQ(LinePattern(pattern).Matches(text, pacer), expected) << pattern << " on " << text;
     matching += expected ? 1 : 0;
   }
-  EXPECT_GT(matching, 100);
+  EXPECT_GT(matching, 50);
 }
 
 TEST(LinePattern, LongPatternsOnALongLineTakeLittleAndLetEventsRun) {

@@ -53,30 +53,15 @@ class AgainstTheSystem : public testing::Test {
   int count_ = 0;
 };
 
-TEST_F(AgainstTheSystem, KnownCases) {
+TEST_F(AgainstTheSystem, WhatTheGeneratedFilesBringSeldom) {
   ASSERT_EQ(GetACP(), 1252U);
   const std::vector<std::string> texts = {
       "",
-      "Name=a",
-      "[Mod1]\r\nName=a",
-      "[Mod1]\nName=a\n",
       " \t[ mod1\t] \r\n\tname \t= \ta \t\r\n",
-      "[Mod1] ; x\r\nName=a",
-      "[Mod1]Name=a\r\n",
-      "[Mod1]\r\nName=\r\nTypeID",
-      "[Mod1]\r\nName=a\r\nName=b",
-      "[Mod1]\r\nTypeID=1\r\n[Mod1]\r\nName=a",
-      "[Mod10]\r\nName=ten\r\n[Mod1]\r\nTypeID=1",
       "[\xE4]\r\n\xF6=\xE4\xF6\xFC\xDF\x80\x99\xFF",
-      "[Mod1]\r\nName='a'\r\nTypeID=\" a \"",
-      "[Mod1]\r\nName=\"a'\r\nTypeID=\"",
       "[Mod1]\r\nName=\"\"\r\nTypeID=\"\"a\"\"",
       "[Mod1]\r\nName=\"a\" b\r\nTypeID=a\"b\"",
-      "[Mod1]\r\n;Name=a\r\n ; Name=b\r\nName=c;d",
       "[Mod1]\r\nName=a=b [c] #d\r\nTypeID==x",
-      "[Mod1]\r\n#Name=a\r\n=b\r\nName=c",
-      "[Mod1]\r\n\r\n\r\nName=a",
-      "[Mod1]\r\nName=a<nl>b<nl>",
       "[Mod1]\r\nName=a\r\n\x1Ajunk\r\nTypeID=1",
       "[Mod1]\r\nName=" + std::string(64999, 'x'),
       "[Mod1]\r\nName=" + std::string(65100, 'x'),
