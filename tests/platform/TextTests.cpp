@@ -75,14 +75,10 @@ TEST(Text, WholeNumberTakesDecimalNumbersOnly) {
       {"-7", -7},
       {"2147483647", 2147483647},
       {"-2147483648", -2147483647 - 1},
-      {"2147483648", std::nullopt},
-      {" ", std::nullopt},
-      {"+", std::nullopt},
-      {"- 1", std::nullopt},
-      {"1.0", std::nullopt},
-      {"\t1", std::nullopt},
-      {"&H1", std::nullopt}};
+      {"2147483648", std::nullopt}};
   for (const auto& [text, number] : cases) EXPECT_EQ(Text::WholeNumber(text), number) << text;
+  for (const char* text : {" ", "+", "- 1", "1.0", "\t1", "&H1"})
+    EXPECT_EQ(Text::WholeNumber(text), std::nullopt) << text;
 }
 
 }  // namespace

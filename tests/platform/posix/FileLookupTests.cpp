@@ -162,11 +162,8 @@ TEST_F(FileLookup, PathsLeadThroughLettersBeyondTheCodePage) {
 }
 
 TEST_F(FileLookup, TheDirectoryQueryGoesByMaskAndOrderOfNames) {
-  folder_.Write("b.TXT", "");
-  folder_.Write("A.txt", "");
-  folder_.Write("a.txt", "");
-  folder_.Write(".hidden", "");
-  folder_.Write("\u00C4.txt", "");
+  for (const char* name : {"b.TXT", "A.txt", "a.txt", ".hidden", "\u00C4.txt"})
+    folder_.Write(name, "");
   folder_.MakeFolder("Folder");
   folder_.MakeFolder(".git");
   fs::create_symlink("Folder", folder_.At("link"));

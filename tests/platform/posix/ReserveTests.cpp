@@ -27,41 +27,32 @@ extern "C" int fallocate(int number, int mode, off_t offset, off_t length) {
 
 namespace {
 
-class ReserveByWriting : public testing::Test {
- protected:
-  ReserveByWriting() { canSetAside = false; }
-  ~ReserveByWriting() override { canSetAside = true; }
-  TempFolder folder_;
-  FileSystem files_;
-};
-
-TEST_F(ReserveByWriting, RoomIsThereAndTheLengthStays) {
+TEST(ReserveByWriting, GivesRoomOrLeavesTheFileAsItWas) {
+  canSetAside = false;
+  const TempFolder folder;
+  const FileSystem files;
   constexpr std::int64_t kRoom = 3000000;
-  folder_.Write("a", "0123456");
-  File file = files_.OpenBinary(folder_.Dos("a"));
+  folder.Write("a", "0123456");
+  File file = files.OpenBinary(folder.Dos("a"));
+  // Behind the reservation's own step, it is a write that fails: the first, or the second.
+  for (const int step : {2, 3}) {
+    files.Faults().FailAt(step);
+    EXPECT_THROW(file.Reserve(7, 2000000), Failure);
+    EXPECT_EQ(folder.Read("a"), "0123456");
+  }
+  files.Faults().FailAt(0);
   file.Reserve(8, kRoom);
-  EXPECT_EQ(std::filesystem::file_size(folder_.At("a")), 8 + kRoom);
+  EXPECT_EQ(std::filesystem::file_size(folder.At("a")), 8 + kRoom);
   EXPECT_EQ(file.Size(), 7);
   char buffer[16];
   EXPECT_EQ(file.ReadSomeAt(0, buffer, 16), 7U);
   file.SetSize(8);
   file.WriteAt(8, "x");
   EXPECT_EQ(file.Size(), 9);
-  EXPECT_EQ(std::filesystem::file_size(folder_.At("a")), 8 + kRoom) << "the rest is still there";
+  EXPECT_EQ(std::filesystem::file_size(folder.At("a")), 8 + kRoom) << "the rest is still there";
   file.Close();
-  EXPECT_EQ(folder_.Read("a"), std::string("0123456\0x", 9));
-}
-
-TEST_F(ReserveByWriting, AFullDiskLeavesTheFileAsItWas) {
-  folder_.Write("a", "0123456");
-  File file = files_.OpenBinary(folder_.Dos("a"));
-  // Behind the reservation's own step, it is a write that fails: the first, or the second.
-  for (const int step : {2, 3}) {
-    files_.Faults().FailAt(step);
-    EXPECT_THROW(file.Reserve(7, 2000000), Failure);
-    EXPECT_EQ(folder_.Read("a"), "0123456");
-  }
-  files_.Faults().FailAt(0);
+  EXPECT_EQ(folder.Read("a"), std::string("0123456\0x", 9));
+  canSetAside = true;
 }
 
 }  // namespace
