@@ -19,15 +19,13 @@ TEST(OwnTempFolderTest, RemovesWhatTheDeadHaveLeftAndNothingElse) {
   const EnvironmentVariable place("TMPDIR", folder.Native().string());
   const FileSystem files;
   const OwnTempFolder living(files);
-  for (const char* name : {"kvpk-dead00", "kvpk-public", "other-dead"}) {
-    folder.Write(std::string(name) + "/.kelvo-lock", "kvpk 1\n");
-    folder.Write(std::string(name) + "/below/payload", "x");
+  for (const std::string name : {"kvpk-dead00", "kvpk-public", "other-dead", "kvpk-plain0"}) {
+    folder.Write(name + "/below/payload", "x");
+    if (name != "kvpk-plain0") folder.Write(name + "/.kelvo-lock", "kvpk 1\n");
     fs::permissions(folder.At(name), fs::perms::owner_all);
   }
   fs::permissions(folder.At("kvpk-public"), fs::perms::all);
   fs::create_directory_symlink("other-dead", folder.At("kvpk-link00"));
-  folder.Write("kvpk-plain0/file", "x");
-  fs::permissions(folder.At("kvpk-plain0"), fs::perms::owner_all);
   { const OwnTempFolder another(files); }
   EXPECT_THAT(folder.List(),
               testing::UnorderedElementsAre(
