@@ -46,7 +46,7 @@ TEST(Stop, EndsARunWithNothingHalfDone) {
     EXPECT_EQ(WIFEXITED(ended) ? WEXITSTATUS(ended) : -1, status);
     EXPECT_EQ(folder.Read("err"),
               "kvpk: stopped in \"s.txt\" at line 3; what was done until then stays done\n");
-    EXPECT_EQ(folder.Read("game/data/gross"), "old");
+    EXPECT_TRUE(folder.Read("game/data/gross") == "old");
     std::filesystem::remove(folder.At("temp/gross"));
   }
 }
