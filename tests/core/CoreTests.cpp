@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/ProgressRange.h"
 #include "core/StatusLog.h"
 #include "core/basDebugLog.h"
 #include "core/basMain.h"
@@ -15,6 +16,15 @@
 #include "support/TempFolder.h"
 
 namespace {
+
+TEST(ProgressRange, IgnoresWhatLiesAboveAndRefusesWhatLiesBelow) {
+  ProgressRange range;
+  range.SetMin(10);
+  range.SetValue(100);
+  range.SetValue(101);
+  EXPECT_THROW(range.SetValue(9), Failure);
+  EXPECT_EQ(range.Value(), 100);
+}
 
 TEST(Trapped, CatchesAllButAWantedStop) {
   std::vector<std::string> lines;

@@ -11,7 +11,6 @@
 #include "pack/clsIMGtool.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
-#include "platform/WantedStop.h"
 #include "support/PackFile.h"
 #include "support/RawArchive.h"
 #include "support/TempFolder.h"
@@ -298,15 +297,6 @@ TEST_F(ImgEditing, RebuildNamesTheRecordsWithoutDataAndHowTheyGo) {
             "in the file's 6144 bytes; \"kvpk remove\" takes them out: \"weg.dff\" \"lang\""));
   }
   EXPECT_EQ(folder.List(), (std::vector<std::string>{"a.img", "a.img.tmp"}));
-}
-
-TEST_F(ImgEditing, AStopInARebuildLeavesTheArchiveAndNoHelper) {
-  const std::string before = RawArchive::Make(Numbered(5), 4);
-  Load(before);
-  tool.DoEvents = [] { throw WantedStop{2}; };
-  EXPECT_THROW(tool.RebuildIMG(""), WantedStop);
-  EXPECT_TRUE(Bytes() == before);
-  EXPECT_EQ(folder.List(), std::vector<std::string>{"a.img"});
 }
 
 /// Lets an operation on "a.img" fail at its first, second, ... operation on disk.
