@@ -22,10 +22,10 @@ namespace {
 using Content = ArgumentRole::Content;
 using Kind = PackFinding::Kind;
 
-/// A line that works with payload, or writes.
+/// A line that writes to a folder, a text file or an archive.
 struct Work {
-  const ScriptCommand* command;
-  std::string path;      // the block's first argument, resolved
+  Content content;       // what its argument is; kArchive for a rebuild, kNothing for other targets
+  std::string path;      // of what is written to, resolved
   std::string argument;  // of the line
   bool isPayload;        // the argument names a payload, and no file on disk
   std::int64_t length;   // of the file on disk
@@ -33,27 +33,32 @@ struct Work {
 
 using PayloadLengths = std::map<std::string, PayloadLength>;
 
-/// What the scripts will do with files, in their order.
-std::vector<Work> WorkOf(const InstallSession& session) {
+Work WorkOf(const InstallSession& session, const ScriptStep& step, const std::string& target) {
+  Work work{step.role.content, target, std::string(step.argument), false, 0};
+  const bool isRebuild = step.command->further.content == Content::kArchive;
+  if (step.index == 0 && !isRebuild) work.content = Content::kNothing;
+  if (isRebuild) work.path = session.ResolvePath(step.argument);
+  if (work.content == Content::kPayload) work.isPayload = true;
+  if (work.content != Content::kSource) return work;
+  if (session.Files.FindFirst(work.argument, kFindHidden).empty()) {
+    work.isPayload = DosPath::IsPlainFileName(work.argument);
+  } else {
+    basDebugLog::Caught([&] { work.length = session.Files.OpenForReading(work.argument).Size(); });
+  }
+  return work;
+}
+
+/// What the scripts will write, in their order.
+std::vector<Work> WorksOf(const InstallSession& session) {
   std::vector<Work> works;
   for (const ScriptToRun& script : ScriptsToRun(session.Pack)) {
-    std::string first;
+    std::string target;
     ForEachArgument(script.text, [&](const ScriptStep& step, std::size_t /*line*/) {
-      if (step.command == nullptr || step.command->first.effect != ArgumentRole::Effect::kWrites) {
-        return;
-      }
-      if (step.index == 0) first = session.ResolvePath(step.argument);
-      Work work{step.command, first, std::string(step.argument),
-                step.role.content == Content::kPayload, 0};
-      if (step.role.content == Content::kSource) {
-        const bool isOnDisk = !session.Files.FindFirst(work.argument, kFindHidden).empty();
-        work.isPayload = !isOnDisk && DosPath::IsPlainFileName(work.argument);
-        if (isOnDisk) {
-          basDebugLog::Caught(
-              [&] { work.length = session.Files.OpenForReading(work.argument).Size(); });
-        }
-      }
-      works.push_back(std::move(work));
+      const bool writes =
+          step.command != nullptr && step.command->first.effect == ArgumentRole::Effect::kWrites;
+      if (!writes) return;
+      if (step.index == 0) target = session.ResolvePath(step.argument);
+      works.push_back(WorkOf(session, step, target));
     });
   }
   return works;
@@ -142,7 +147,7 @@ void PlanRoom(RoomPlan& plan, const InstallSession& session, const Work& work,
   if (work.isPayload && payload == lengths.end()) return;
   const std::int64_t length = work.isPayload ? payload->second.unpacked : work.length;
   if (work.isPayload) plan.TakeForAMoment(session.TempDir, payload->second.packed + length);
-  switch (work.command->further.content) {
+  switch (work.content) {
     case Content::kSource:
       TakeForFile(plan, DosPath::Join(work.path, work.argument), length);
       break;
@@ -171,14 +176,14 @@ void LookAtRights(const FileSystem& files, const std::string& path, std::set<std
 }  // namespace
 
 std::size_t PayloadsToCheck(const InstallSession& session) {
-  return PayloadNames(WorkOf(session)).size();
+  return PayloadNames(WorksOf(session)).size();
 }
 
 std::vector<PackFinding> CheckPack(
     InstallSession& session,
     const std::function<void(std::size_t done, std::size_t count)>& progress) {
   std::vector<PackFinding> findings;
-  const std::vector<Work> works = WorkOf(session);
+  const std::vector<Work> works = WorksOf(session);
   const std::set<std::string> names = PayloadNames(works);
   PayloadLengths lengths;
   std::size_t done = 0;
