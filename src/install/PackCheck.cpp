@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -33,36 +34,51 @@ struct Work {
 
 using PayloadLengths = std::map<std::string, PayloadLength>;
 
-Work WorkOf(const InstallSession& session, const ScriptStep& step, const std::string& target) {
-  Work work{step.role.content, target, std::string(step.argument), false, 0};
-  const bool isRebuild = step.command->further.content == Content::kArchive;
-  if (step.index == 0 && !isRebuild) work.content = Content::kNothing;
-  if (isRebuild) work.path = session.ResolvePath(step.argument);
-  if (work.content == Content::kPayload) work.isPayload = true;
-  if (work.content != Content::kSource) return work;
-  if (session.Files.FindFirst(work.argument, kFindHidden).empty()) {
-    work.isPayload = DosPath::IsPlainFileName(work.argument);
-  } else {
-    basDebugLog::Caught([&] { work.length = session.Files.OpenForReading(work.argument).Size(); });
-  }
-  return work;
-}
-
 /// What the scripts will write, in their order.
-std::vector<Work> WorksOf(const InstallSession& session) {
-  std::vector<Work> works;
-  for (const ScriptToRun& script : ScriptsToRun(session.Pack)) {
-    std::string target;
-    ForEachArgument(script.text, [&](const ScriptStep& step, std::size_t /*line*/) {
-      const bool writes =
-          step.command != nullptr && step.command->first.effect == ArgumentRole::Effect::kWrites;
-      if (!writes) return;
-      if (step.index == 0) target = session.ResolvePath(step.argument);
-      works.push_back(WorkOf(session, step, target));
-    });
+class Works {
+ public:
+  explicit Works(InstallSession& session) : session_(session) {
+    for (const ScriptToRun& script : ScriptsToRun(session.Pack)) {
+      ForEachArgument(script.text, [&](const ScriptStep& step, std::size_t /*line*/) {
+        Take(step);
+        session_.Host.DoEvents();
+      });
+    }
   }
-  return works;
-}
+  [[nodiscard]] const std::vector<Work>& All() const { return works_; }
+
+ private:
+  void Take(const ScriptStep& step) {
+    const bool writes =
+        step.command != nullptr && step.command->first.effect == ArgumentRole::Effect::kWrites;
+    if (!writes) return;
+    if (step.index == 0) target_ = session_.ResolvePath(step.argument);
+    Work work{step.role.content, target_, std::string(step.argument), false, 0};
+    const bool isRebuild = step.command->further.content == Content::kArchive;
+    if (step.index == 0 && !isRebuild) work.content = Content::kNothing;
+    if (isRebuild) work.path = session_.ResolvePath(step.argument);
+    if (work.content == Content::kPayload) work.isPayload = true;
+    if (work.content == Content::kSource) LookOnDisk(work);
+    // Nobody reaches for a server before the user has been asked.
+    if (!DosPath::IsNetworkPath(work.path)) works_.push_back(std::move(work));
+  }
+  void LookOnDisk(Work& work) {
+    if (DosPath::IsNetworkPath(work.argument)) return;
+    const auto [known, isNew] = lengths_.try_emplace(work.argument);
+    if (isNew && !session_.Files.FindFirst(work.argument, kFindHidden).empty()) {
+      known->second = 0;
+      basDebugLog::Caught(
+          [&] { known->second = session_.Files.OpenForReading(work.argument).Size(); });
+    }
+    work.length = known->second.value_or(0);
+    work.isPayload = !known->second && DosPath::IsPlainFileName(work.argument);
+  }
+
+  InstallSession& session_;
+  std::vector<Work> works_;
+  std::string target_;                                          // of the open block
+  std::map<std::string, std::optional<std::int64_t>> lengths_;  // of sources on disk
+};
 
 std::set<std::string> PayloadNames(const std::vector<Work>& works) {
   std::set<std::string> names;
@@ -164,6 +180,11 @@ void PlanRoom(RoomPlan& plan, const InstallSession& session, const Work& work,
   plan.EndMoment();
 }
 
+bool Has(const clsIMGtool& pack, const std::string& name) {
+  return std::any_of(pack.Entries().begin(), pack.Entries().end(),
+                     [&](const udtIMGEntry& entry) { return entry.Name == name; });
+}
+
 void LookAtRights(const FileSystem& files, const std::string& path, std::set<std::string>& known,
                   std::vector<PackFinding>& findings) {
   if (!known.insert(path).second) return;
@@ -175,20 +196,17 @@ void LookAtRights(const FileSystem& files, const std::string& path, std::set<std
 
 }  // namespace
 
-std::size_t PayloadsToCheck(const InstallSession& session) {
-  return PayloadNames(WorksOf(session)).size();
-}
-
 std::vector<PackFinding> CheckPack(
     InstallSession& session,
     const std::function<void(std::size_t done, std::size_t count)>& progress) {
   std::vector<PackFinding> findings;
-  const std::vector<Work> works = WorksOf(session);
-  const std::set<std::string> names = PayloadNames(works);
+  const Works works(session);
+  const std::set<std::string> names = PayloadNames(works.All());
   PayloadLengths lengths;
   std::size_t done = 0;
+  progress(done, names.size());
   for (const std::string& name : names) {
-    if (!session.ModPackIMG.ExistsInIMG(name)) {
+    if (!Has(session.ModPackIMG, name)) {
       findings.push_back({Kind::kMissing, name, "the pack doesn't have it"});
     } else if (const auto damage = basDebugLog::Caught([&] {
                  lengths[name] = CheckPayload(session.Files, session.ModPackIMG, name,
@@ -200,8 +218,7 @@ std::vector<PackFinding> CheckPack(
   }
   RoomPlan plan(session.Files);
   std::set<std::string> known;
-  LookAtRights(session.Files, session.SAInstallDir, known, findings);
-  for (const Work& work : works) {
+  for (const Work& work : works.All()) {
     PlanRoom(plan, session, work, lengths);
     LookAtRights(session.Files, work.path, known, findings);
     session.Host.DoEvents();

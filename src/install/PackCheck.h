@@ -26,10 +26,8 @@ struct PackFinding {
 
 /// Looks ahead at the run of the ticked mods' scripts and the end script, every line of them:
 /// unpacks each payload that they name, and looks at the room on the disks and the right to write.
-/// Changes nothing. `progress` hears how many payloads of how many are done; events run meanwhile.
+/// Changes nothing. `progress` hears how many payloads of how many are done, from 0 on; events run
+/// meanwhile.
 std::vector<PackFinding> CheckPack(
     InstallSession& session,
     const std::function<void(std::size_t done, std::size_t count)>& progress);
-
-/// How many payloads `CheckPack` would unpack.
-std::size_t PayloadsToCheck(const InstallSession& session);

@@ -1,6 +1,8 @@
 #include "install/ScriptReach.h"
 
+#include <map>
 #include <set>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -18,12 +20,6 @@ using Content = ArgumentRole::Content;
 using Effect = ArgumentRole::Effect;
 using Kind = OutsideDeed::Kind;
 
-/// Whether a path begins as one on a server does.
-bool IsOnNetwork(std::string_view path) {
-  const auto isSeparator = [](char letter) { return letter == '\\' || letter == '/'; };
-  return path.size() > 1 && isSeparator(path[0]) && isSeparator(path[1]);
-}
-
 /// The scripts, looked at line by line.
 class Reach {
  public:
@@ -34,10 +30,13 @@ class Reach {
     mod_ = mod;
     line_ = line;
     if (step.index == 0) first_ = step.argument;
+    if (step.index == 1) second_ = step.argument;
     LookForNetwork(step);
     // An archive's own line opens it for writing; all other paths wait for a further line.
     if (step.role.content == Content::kArchive) NoteWriting(step.argument);
     if (step.role.effect == Effect::kOpens) NoteOpening(step);
+    // The test for an entry makes the archive, empty, if it isn't there.
+    if (step.test == ScriptStep::Test::kEntry) NoteWriting(second_);
     if (step.index >= 2) TakeFurther(*step.command, step.argument);
   }
   std::vector<OutsideDeed> TakeDeeds() { return std::move(deeds_); }
@@ -51,18 +50,24 @@ class Reach {
         return NoteSource(command.further.effect, argument);
       case Effect::kDeletes:
         return Note(Kind::kDeletes, HereOrInTemp(argument, kFindHidden));
-      case Effect::kRenames: {
-        const std::string from = HereOrInTemp(first_, kFindHidden | kFindFolders);
-        Note(Kind::kRenames, from);
-        return Note(Kind::kRenames, std::string(DosPath::FolderPart(from)) + std::string(argument));
-      }
+      case Effect::kRenames:
+        Note(Kind::kRenames, HereOrInTemp(first_, kFindHidden | kFindFolders));
+        return NoteNewName(Kind::kRenames, std::string(DosPath::FolderPart(first_)), argument);
       case Effect::kCreates:
-        return Note(Kind::kCreatesFolder,
-                    DosPath::Join(HereOrInTemp(first_, kFindFolders), argument));
+        Note(Kind::kCreatesFolder, DosPath::Join(HereOrInTemp(first_, kFindFolders), argument));
+        return NoteNewName(Kind::kCreatesFolder, DosPath::Join(first_, ""), argument);
       default:
         if (command.first.effect != Effect::kRemoves) return;
         return Note(Kind::kRemovesFolder, HereOrInTemp(first_, kFindFolders));
     }
+  }
+
+  /// A new name that is a path leads anywhere, whether its file is there yet or comes in the run.
+  void NoteNewName(Kind kind, const std::string& folder, std::string_view name) {
+    if (DosPath::IsPlainFileName(name)) return;
+    const std::string path = folder + std::string(name);
+    Note(kind, path);
+    Note(kind, DosPath::Join(session_.TempDir, path));
   }
 
   void NoteWriting(std::string_view path) { Note(Kind::kWrites, session_.ResolvePath(path)); }
@@ -76,7 +81,8 @@ class Reach {
   /// A source that isn't found as written is looked for in the temp directory, and deleted there.
   void NoteSource(Effect effect, std::string_view argument) {
     const std::string source(argument);
-    if (DosPath::IsFullPath(source) || !session_.Files.FindFirst(source, kFindHidden).empty()) {
+    if (DosPath::IsNetworkPath(source)) return;
+    if (DosPath::IsFullPath(source) || Exists(source, kFindHidden)) {
       if (effect == Effect::kMoves) Note(Kind::kMoves, source);
     } else if (!DosPath::IsPlainFileName(source)) {
       Note(Kind::kDeletes, session_.TempPath(source));
@@ -85,16 +91,23 @@ class Reach {
 
   /// What isn't found as written is looked for below the temp directory. A whole path that isn't
   /// there now may be by the time that its line is run.
-  [[nodiscard]] std::string HereOrInTemp(std::string_view path, int mask) const {
+  [[nodiscard]] std::string HereOrInTemp(std::string_view path, int mask) {
     const bool isHere = DosPath::IsFullPath(path) || !session_.Files.FindFirst(path, mask).empty();
     return isHere ? std::string(path) : DosPath::Join(session_.TempDir, path);
+  }
+
+  /// Nobody looks for a file on a server before the user has been asked.
+  [[nodiscard]] bool Exists(const std::string& path, int mask) {
+    const auto [known, isNew] = exists_.try_emplace({path, mask}, false);
+    if (isNew) known->second = !session_.Files.FindFirst(path, mask).empty();
+    return known->second;
   }
 
   void LookForNetwork(const ScriptStep& step) {
     if (step.role.base == Base::kNone || step.role.effect == Effect::kOpens) return;
     const std::string path = step.role.base == Base::kGame ? session_.ResolvePath(step.argument)
                                                            : std::string(step.argument);
-    if (IsOnNetwork(path)) Add(Kind::kReachesNetwork, path);
+    if (DosPath::IsNetworkPath(path)) Add(Kind::kReachesNetwork, path);
   }
 
   /// Takes note of a deed, unless it stays inside.
@@ -102,9 +115,9 @@ class Reach {
     // The last name of a path may hold wildcards, which name nothing.
     const std::string place =
         DosPath::HasWildcards(path) ? std::string(DosPath::FolderPart(path)) : path;
+    if (DosPath::IsNetworkPath(path)) return Add(Kind::kReachesNetwork, path);
     const FileSystem& files = session_.Files;
-    const bool isInside = IsOnNetwork(path) || !files.IsNameable(place) ||
-                          files.LiesIn(place, session_.SAInstallDir) ||
+    const bool isInside = !files.IsNameable(place) || files.LiesIn(place, session_.SAInstallDir) ||
                           files.LiesIn(place, session_.TempDir);
     if (!isInside) Add(kind, path);
   }
@@ -118,7 +131,9 @@ class Reach {
   std::set<std::tuple<std::size_t, Kind, std::string>> known_;
   std::size_t mod_ = 0;
   std::size_t line_ = 0;
-  std::string first_;  // the open block's first argument
+  std::string first_;   // the open block's first argument
+  std::string second_;  // and its second
+  std::map<std::pair<std::string, int>, bool> exists_;
 };
 
 }  // namespace

@@ -232,7 +232,7 @@ bool clsIMGtool::Export(std::string_view strName, const std::string& strDestinat
     Refuse("record ", entry - entries_.data() + 1, " has ", size, " bytes at ", offset,
            ", which don't lie in the file's ", length, " bytes");
   }
-  File destination = files_.OpenBinary(strDestination);
+  File destination = files_.OpenForOutput(strDestination);
   // What the last sector lacks at the end of the file are NULs.
   const std::int64_t there = std::clamp<std::int64_t>(length - offset, 0, size);
   destination.CopyFrom(archive, std::min(offset, length), there, 0);

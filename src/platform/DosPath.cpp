@@ -150,6 +150,12 @@ bool IsFullPath(std::string_view path) {
   return path.size() >= 3 && path.substr(1, 2) == ":\\";
 }
 
+bool IsNetworkPath(std::string_view path) {
+  constexpr std::string_view kSeparators = "\\/";
+  return path.size() > 1 && path.find_first_not_of(kSeparators) != 0 &&
+         path.find_first_not_of(kSeparators) != 1;
+}
+
 std::string_view FolderPart(std::string_view path) {
   // Without a backslash, npos + 1 is 0.
   return path.substr(0, path.rfind('\\') + 1);

@@ -21,6 +21,9 @@ bool IsAbsolute(std::string_view path);
 /// Whether the text begins with one character, a colon and a backslash.
 bool IsFullPath(std::string_view path);
 
+/// Whether the text begins as a path on a server does, with two separators of either kind.
+bool IsNetworkPath(std::string_view path);
+
 /// The text up to and including its last backslash; empty if there is none.
 std::string_view FolderPart(std::string_view path);
 

@@ -134,8 +134,8 @@ void DeleteOne(FaultPlan& faults, std::string_view path, const Native::NativeTex
   RequireSuccess(Disk::RemoveFile(native), kDelete, path);
 }
 
-void DeleteMatches(const FileSystemOptions& options, Native::DosPathParts parts, FaultPlan& faults,
-                   std::string_view path) {
+void DeleteMatches(const FileSystemOptions& options, Native::DosPathParts parts,
+                   Disk::Memory& memory, FaultPlan& faults, std::string_view path) {
   const std::string pattern = parts.TakeLast();
   const Place folder = FindPlace(options, parts);
   if (folder.kind == Kind::kNowhere) FailWith(kDelete, path, folder.error);
@@ -147,7 +147,9 @@ void DeleteMatches(const FileSystemOptions& options, Native::DosPathParts parts,
     if (!Disk::FitsMask(entry, kFindFiles)) continue;
     any = true;
     Disk::RequireNoProtection(kDelete, path, folder, entry);
-    DeleteOne(faults, path, Native::Below(folder.native, entry.native));
+    const Native::NativeText native = Native::Below(folder.native, entry.native);
+    memory.changed.NoteEntry(native);
+    DeleteOne(faults, path, native);
   }
   if (!any) FailWith(kDelete, path, Native::kFileNotFound);
 }
@@ -332,7 +334,7 @@ void FileSystem::Copy(std::string_view from, std::string_view to) const {
 void FileSystem::Delete(std::string_view path) const {
   RequireChanges(options_, kDelete, path);
   const Native::DosPathParts parts = Native::ParseDosPath(path);
-  if (parts.EndsInPattern()) return DeleteMatches(options_, parts, *faults_, path);
+  if (parts.EndsInPattern()) return DeleteMatches(options_, parts, *memory_, *faults_, path);
   const Place place = FindPlace(options_, parts);
   memory_->changed.NoteEntry(place.native);
   RequireFile(kDelete, path, place);
@@ -358,8 +360,7 @@ void FileSystem::Rename(std::string_view from, std::string_view to) const {
 
   faults_->Step(kOperation, from);
   RequireSuccess(Disk::RenameEntry(source, target, to), kOperation, from);
-  memory_->changed.NoteEntry(source.native);
-  memory_->changed.NoteEntry(target.native);
+  memory_->changed.NoteRename(source.native, FindPlace(options_, to).native);
 }
 
 void FileSystem::PutInPlace(std::string_view replacement, std::string_view path) const {
@@ -415,7 +416,7 @@ bool FileSystem::IsNameable(std::string_view path) const {
 }
 
 bool FileSystem::LiesIn(std::string_view path, std::string_view folder) const {
-  if (!IsNameable(path)) return false;
+  if (!IsNameable(path) || !IsNameable(folder)) return false;
   std::error_code ignored;
   const std::filesystem::path wanted = ToNative(folder);
   // The folder may be reached by other links than the path, so each one above it is held against
@@ -448,6 +449,9 @@ Room FileSystem::RoomAt(std::string_view path) const {
     place = place.parent_path();
   }
   const std::filesystem::space_info space = std::filesystem::space(place, error);
+  constexpr std::uintmax_t kUnknown = 0;
+  if (!error && (space.capacity == kUnknown || space.available > space.capacity))
+    Fail("measure the room at \"", path, "\": the file system doesn't tell");
   if (error) Fail("measure the room at \"", path, "\": ", error.message());
   return {Disk::VolumeOf(place.native()), static_cast<std::int64_t>(space.available)};
 }

@@ -11,7 +11,9 @@
 #include "platform/DosPath.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "platform/Process.h"
 #include "platform/Text.h"
+#include "platform/WantedStop.h"
 #include "tools/JsonOutput.h"
 #include "tools/Paths.h"
 
@@ -99,6 +101,10 @@ int Rebuild(const ArchiveArguments& arguments) {
   const FileSystem files(FileSystemOptions::FromEnvironment());
   clsIMGtool archive(files);
   LoadExisting(files, archive, arguments.archive);
+  Process::CatchStop();
+  archive.DoEvents = [] {
+    if (const int signal = Process::StopRequested()) throw WantedStop{signal};
+  };
   if (!archive.RebuildIMG("")) {
     Fail("archive \"", Text::FromUtf8Lossy(arguments.archive), "\": it wasn't rebuilt");
   }

@@ -21,6 +21,8 @@ class ConsoleHost : public InstallHost {
   /// Throws `WantedStop` if the user wants the run to stop.
   void DoEvents() override;
   void ShowFinalMessage(const std::string& /*text*/) override {}
+  /// Takes back what isn't a line of its own, so that another may be printed.
+  virtual void ClearProgress() {}
 
   [[nodiscard]] const Bar& ModBar() const { return mod_; }
   [[nodiscard]] const Bar& TotalBar() const { return total_; }
@@ -52,18 +54,18 @@ class InstallConsole : public ConsoleHost {
   InstallConsole& operator=(const InstallConsole&) = delete;
   InstallConsole(InstallConsole&&) = delete;
   InstallConsole& operator=(InstallConsole&&) = delete;
-  ~InstallConsole() override { ClearProgress(); }
+  ~InstallConsole() override { InstallConsole::ClearProgress(); }
 
   void SetStatus(const std::string& text) override;
   /// The text on a line, once; the percentage in the line below.
   void SetPercentStatus(const std::string& text, int percent) override;
   void DoEvents() override;
   void ShowFinalMessage(const std::string& text) override;
+  void ClearProgress() override;
 
  private:
   void PrintLine(const std::string& text);
   void DrawProgress();
-  void ClearProgress();
 
   bool showProgress_;
   std::string percentText_;  // of the work that tells how far it has come

@@ -205,6 +205,7 @@ int Install(const InstallArguments& arguments) {
   try {
     failures = RunInstall(session);
   } catch (const WantedStop& stop) {
+    host.ClearProgress();
     return Stopped(ScriptName(session.Pack, session.ModNumber), session, stop);
   }
   for (const auto& [mod, failure] : failures) {

@@ -7,12 +7,18 @@ namespace InstallQuestions {
 namespace {
 
 /// Text of a pack within a sentence: no control character shall end its line.
-QString OneLine(const std::string& text) {
-  QString line = ToQString(text);
+QString OneLine(QString line) {
   for (QChar& letter : line) {
     if (letter.category() == QChar::Other_Control) letter = QChar::ReplacementCharacter;
   }
   return line;
+}
+
+/// A mod's name, which must not push what the mod does out of sight.
+QString Shortened(const QString& name) {
+  constexpr qsizetype kLongest = 40;
+  const QString simple = name.simplified();
+  return simple.size() > kLongest ? simple.left(kLongest) + "..." : simple;
 }
 
 /// The names of all findings of a kind; empty if there are none.
@@ -20,7 +26,7 @@ QString NamesOf(const std::vector<PackFinding>& findings, PackFinding::Kind kind
   constexpr int kMostNames = 5;
   QStringList names;
   for (const PackFinding& finding : findings) {
-    if (finding.kind == kind) names.append(OneLine(finding.name));
+    if (finding.kind == kind) names.append(OneLine(PathToQString(finding.name)));
   }
   if (names.size() > kMostNames) names = names.mid(0, kMostNames) << "...";
   return names.join(", ");
@@ -67,8 +73,10 @@ QStringList LinesOf(const Catalogue& catalogue, const std::vector<OutsideDeed>& 
   QStringList lines;
   for (const OutsideDeed& deed : deeds) {
     const bool isMod = deed.mod > 0 && deed.mod < catalogue.Mods.size();
-    const QString who = isMod ? OneLine(catalogue.Mods[deed.mod].Name) : "Zum Abschluss";
-    lines.append(QStringList{who + ":", Verb(deed.kind), OneLine(deed.place)}.join(' '));
+    const QString who =
+        isMod ? Shortened(OneLine(ToQString(catalogue.Mods[deed.mod].Name))) : "Zum Abschluss";
+    lines.append(
+        QStringList{who + ":", Verb(deed.kind), OneLine(PathToQString(deed.place))}.join(' '));
   }
   return lines;
 }

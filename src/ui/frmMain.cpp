@@ -163,7 +163,7 @@ void frmMain::CreateLists() {
 }
 
 ngBtn* frmMain::CreateMainButton(const char* name, const char* picture, const QString& caption,
-                                 int left, void (frmMain::*onClick)()) {
+                                 int left, void (frmMain::*onClick)()) const {
   auto* const button = new ngBtn(picButtons);
   button->setObjectName(name);
   button->setGeometry({{left, 0}, kMainButton});

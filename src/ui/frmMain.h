@@ -140,7 +140,7 @@ class frmMain : public QWidget, public InstallHost {
   void SetTabOrder();
   void CreateShortcuts();
   ngBtn* CreateMainButton(const char* name, const char* picture, const QString& caption, int left,
-                          void (frmMain::*onClick)());
+                          void (frmMain::*onClick)()) const;
 
   // Steps of `Form_Load`.
   void PlaceWindow();

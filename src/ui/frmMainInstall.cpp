@@ -61,40 +61,51 @@ void frmMain::cmdInstall_Click() {
 }
 
 /// Looks ahead at the run, and asks the player about what isn't as he'd expect. Events run
-/// meanwhile: a choice that has changed by the end is looked at again.
+/// meanwhile: a choice that has changed by the end is looked at again, another game directory, of
+/// which this run has no lock, ends it.
 bool frmMain::MayInstall() {
-  // Closing the window asks first from here on.
+  auto hide = qScopeGuard([this] { HideProgressPage(); });
+  // To the player this is the install already: closing the window asks first.
   session_.InstallRunning = true;
   const auto over = qScopeGuard([this] { session_.InstallRunning = false; });
+  const std::string directory = session_.SAInstallDir;
+  const auto choice = [this] {
+    return std::pair(session_.ModPackIMG.IMGFile(), ScriptsToRun(session_.Pack));
+  };
   for (;;) {
-    const std::vector<ScriptToRun> scripts = ScriptsToRun(session_.Pack);
-    if (const auto question = InstallQuestions::AboutFindings(CheckedPack())) {
-      if (!surroundings_.messages.Confirm(this, *question, MessageBoxes::DefaultTitle())) break;
-    }
+    const auto before = choice();
+    const std::optional<QString> question = InstallQuestions::AboutFindings(CheckedPack());
     const std::vector<OutsideDeed> deeds = DeedsOutside(session_);
-    if (scripts != ScriptsToRun(session_.Pack)) continue;
-    if (deeds.empty()) return true;
+    if (session_.SAInstallDir != directory) return false;
+    if (before != choice()) continue;
     const QStringList lines = InstallQuestions::LinesOf(session_.Pack, deeds);
-    if (surroundings_.messages.Consent(this, lines, MessageBoxes::DefaultTitle())) return true;
-    break;
+    const QString title = MessageBoxes::DefaultTitle();
+    if (question && !surroundings_.messages.Confirm(this, *question, title)) return false;
+    if (!lines.isEmpty() && !surroundings_.messages.Consent(this, lines, title)) return false;
+    hide.dismiss();
+    return true;
   }
-  HideProgressPage();
-  return false;
 }
 
+/// A check that can't be done has found nothing: the run itself tells.
 std::vector<PackFinding> frmMain::CheckedPack() {
-  constexpr std::int32_t kWhole = 100;
-  if (PayloadsToCheck(session_) > 0) {
-    ShowProgressPage();
-    session_.SetStatus(
-        "Pr\xFC"
-        "fe Modpack...");
-  }
-  std::vector<PackFinding> findings =
-      CheckPack(session_, [this](std::size_t done, std::size_t count) {
-        SetModProgressMax(kWhole);
-        SetModProgress(static_cast<std::int32_t>(kWhole * done / count));
-      });
+  constexpr std::size_t kWhole = 100;
+  std::vector<PackFinding> findings;
+  const bool isTicked = ScriptsToRun(session_.Pack).size() > 1;
+  Trapped("frmMain.CheckedPack", [&] {
+    findings = CheckPack(session_, [this, isTicked](std::size_t done, std::size_t count) {
+      if (count == 0) return;
+      if (done == 0) {
+        // As in a run, only ticked mods bring the page up.
+        if (isTicked) ShowProgressPage();
+        session_.SetStatus(
+            "Pr\xFC"
+            "fe Modpack...");
+      }
+      SetModProgressMax(kWhole);
+      SetModProgress(static_cast<std::int32_t>(kWhole * done / count));
+    });
+  });
   for (const PackFinding& finding : findings) {
     basDebugLog::LogError("frmMain.CheckedPack", finding.name + ": " + finding.cause);
   }
@@ -183,7 +194,7 @@ void frmMain::OpenKELVOFile(const std::string& path) {
   if (isPack) return;
   // The pack that was open before is left in the lists, but its payload can't be reached any more.
   const std::string name = path.substr(path.find_last_of("\\/") + 1);
-  lblTitel->SetCaption("Kein Modpack: " + ToQString(name));
+  lblTitel->SetCaption("Kein Modpack: " + PathToQString(name));
 }
 
 void frmMain::ReadCatalogue() {
