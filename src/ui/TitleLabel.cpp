@@ -86,3 +86,8 @@ void TitleLabel::paintEvent(QPaintEvent* /*event*/) {
 void TitleLabel::mousePressEvent(QMouseEvent* event) {
   event->accept();
 }
+
+// The toolkit would take it for one more press.
+void TitleLabel::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->ignore();
+}

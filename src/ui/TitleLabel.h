@@ -6,7 +6,7 @@
 #include "controls/Colours.h"
 
 /// One line of text on the form that takes the size of its text: the pack's title and its shadow.
-/// A press on it is its own, it doesn't move the window.
+/// A press on it is its own, it doesn't move the window; a double click is the window's.
 class TitleLabel : public QWidget {
   Q_OBJECT
 
@@ -27,6 +27,7 @@ class TitleLabel : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
   void FitToRoom();

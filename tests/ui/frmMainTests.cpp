@@ -413,11 +413,14 @@ TEST_F(MainWindow, ShortensALongTitleBesideItsLogo) {
 }
 
 TEST_F(MainWindow, MaximisesByADoubleClickOnItsTitleStrip) {
-  frmMain& window = Start();
+  frmMain& window = StartWithPack("Title=Probe\r\n");
   for (const auto& [y, isMaximized] : {std::pair(52, false), {20, true}, {20, false}}) {
     QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, {400, y});
     EXPECT_EQ(window.isMaximized(), isMaximized) << y;
   }
+  QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {},
+                     window.lblTitel->geometry().center());
+  EXPECT_TRUE(window.isMaximized()) << "on the title's text";
 }
 
 TEST_F(MainWindow, MovesByItsTitleStripOnly) {
