@@ -618,9 +618,9 @@ void CatalogueLists::picModList_GotFocus() {
 }
 
 void CatalogueLists::scrModTypeList_GotFocus() const {
-  Trapped("frmMain.scrModTypeList_GotFocus", [&] { picTypeList->setFocus(); });
+  Trapped("frmMain.scrModTypeList_GotFocus", [&] { picTypeList->setFocus(Qt::MouseFocusReason); });
 }
 
 void CatalogueLists::scrModList_GotFocus() const {
-  Trapped("frmMain.scrModList_GotFocus", [&] { picModList->setFocus(); });
+  Trapped("frmMain.scrModList_GotFocus", [&] { picModList->setFocus(Qt::MouseFocusReason); });
 }
