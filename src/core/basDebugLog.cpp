@@ -9,8 +9,10 @@ namespace basDebugLog {
 namespace {
 
 Recorder& TheRecorder() {
-  static Recorder recorder;
-  return recorder;
+  // Never destroyed: a thread that hangs in a sound server may fail as late as at the program's
+  // end.
+  static auto* const recorder = new Recorder;
+  return *recorder;
 }
 
 }  // namespace
