@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "core/basDebugLog.h"
 #include "platform/DosPath.h"
@@ -29,7 +30,7 @@ void MakeUnlessThere(const FileSystem& files, const std::string& folder) {
 
 void EmptyTempDir(const FileSystem& files, const std::string& folder) {
   Trapped("basMain.EmptyTempDir", [&] { files.Delete(DosPath::Join(folder, "*.*")); });
-  files.RemoveDeadHelpersBelow(folder);
+  Trapped("basMain.EmptyTempDir", [&] { files.RemoveDeadHelpersBelow(folder); });
 }
 
 // The folder, if no other living program has it.
@@ -47,7 +48,9 @@ bool IsOneOfOurs(std::string_view name, std::string_view base) {
 void RemoveDeadOnes(const FileSystem& files, const std::string& wanted, const std::string& taken) {
   const std::string_view parent = DosPath::FolderPart(wanted);
   const std::string_view base = std::string_view(wanted).substr(parent.size());
-  for (const std::string& name : files.FindAll(wanted + "*", kFindFolders)) {
+  std::vector<std::string> names;
+  Trapped("basMain.RemoveDeadOnes", [&] { names = files.FindAll(wanted + "*", kFindFolders); });
+  for (const std::string& name : names) {
     const std::string folder = Concat(parent, name);
     if (Text::EqualsIgnoringCase(folder, taken) || !IsOneOfOurs(name, base)) continue;
     Trapped("basMain.RemoveDeadOnes", [&] {
