@@ -32,7 +32,7 @@ constexpr int kForever = -1;
 /// How long closing waits for a click at most. A click takes less than half of it; a device that
 /// hangs would take for ever.
 constexpr std::chrono::milliseconds kLongestClick(100);
-/// How long the window waits for an open device to close.
+/// How long the program's end waits for an open device to close.
 constexpr std::chrono::milliseconds kLongestClosing(500);
 /// A click that comes later than this, because the device took so long to open, isn't played.
 constexpr std::chrono::milliseconds kLatestClick(500);
@@ -189,9 +189,9 @@ void SdlPlayer::CloseDevice() {
   if (!open_) return;
   FreeSong();
   FreeWave();
-  open_ = false;
   Mix_CloseAudio();
   SDL_QuitSubSystem(SDL_INIT_AUDIO);
+  open_ = false;  // only now: the program's end waits for a device that is being closed
 }
 
 /// Has a player play on a thread of its own: sound servers may take what time they like to answer,
@@ -223,7 +223,11 @@ class SdlSoundLibrary : public SoundLibrary {
 };
 
 SdlSoundLibrary::~SdlSoundLibrary() {
-  Trapped("SdlSoundLibrary.~SdlSoundLibrary", [this] { SdlSoundLibrary::Close(); });
+  Trapped("SdlSoundLibrary.~SdlSoundLibrary", [this] {
+    const bool isOpen = player_ && player_->IsOpen();
+    SdlSoundLibrary::Close();
+    if (isOpen) thread_.Wait(kLongestClosing);
+  });
 }
 
 template <typename Step>
@@ -255,14 +259,11 @@ void SdlSoundLibrary::StopSong(Song song) {
   if (player_) Post([song](SdlPlayer& player) { player.StopSong(song); });
 }
 
-// A device that is still being opened isn't waited for, and what was to be played on it isn't
-// wanted any more.
+// What was to be played on a device that is still being opened isn't wanted any more.
 void SdlSoundLibrary::Close() {
   if (!player_) return;
-  const bool isOpen = player_->IsOpen();
-  if (!isOpen) thread_.DropWaiting();
+  if (!player_->IsOpen()) thread_.DropWaiting();
   Post([](SdlPlayer& player) { player.Close(); });
-  if (isOpen) thread_.Wait(kLongestClosing);
 }
 
 void SdlSoundLibrary::PlayWave(std::string_view wave) {

@@ -10,7 +10,7 @@ class FileSystem;
 using Song = std::uint32_t;
 
 /// The library that the program plays with: five calls for the tune, one for the click. Devices
-/// and sounds run beside the program, which waits for none but at `Close`. What can't be done at
+/// and sounds run beside the program, which waits for none but at its end. What can't be done at
 /// once is a `Failure`; what fails later, as a device that can't be opened, is logged, and silent.
 /// For the window thread only.
 class SoundLibrary {
@@ -20,7 +20,8 @@ class SoundLibrary {
   SoundLibrary(const SoundLibrary&) = delete;
   SoundLibrary& operator=(SoundLibrary&&) = delete;
   SoundLibrary& operator=(const SoundLibrary&) = delete;
-  /// Closes the library, after a click that still sounds.
+  /// Closes the library, and waits for it: half a second at most, and not for a device that is
+  /// still being opened.
   virtual ~SoundLibrary() = default;
 
   /// Makes the library ready; does nothing if it is. `mixRate` in samples a second. A device that
@@ -32,8 +33,8 @@ class SoundLibrary {
   /// Plays a tune from its start, and again from there whenever it has come to its end.
   virtual void PlaySong(Song song) = 0;
   virtual void StopSong(Song song) = 0;
-  /// Lets go of tunes and device. A click that still sounds isn't cut off, but waited for, a tenth
-  /// of a second at most; a device that is still being opened isn't waited for.
+  /// Lets go of tunes and device, without making the caller wait. A click that still sounds isn't
+  /// cut off.
   virtual void Close() = 0;
 
   /// Plays a wave file once, over the tune; a wave that still sounds gives way. `wave` must

@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+#define SDL_MAIN_HANDLED
+#include <SDL.h>
 #include <gtest/gtest.h>
 
 #include "platform/FileSystem.h"
@@ -64,7 +66,10 @@ class Player {
     std::filesystem::remove(folder_.At("device"));
     return played;
   }
+  /// What the device got until it was closed, which a stop doesn't wait for.
   [[nodiscard]] Samples Played() const {
+    for (int i = 0; i < 5000 && SDL_WasInit(SDL_INIT_AUDIO) != 0; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     const std::string bytes = folder_.Read("device");
     Samples samples(bytes.size() / 2);
     std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
