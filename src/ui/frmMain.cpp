@@ -391,6 +391,11 @@ void frmMain::PlaceTitleArea() {
 }
 
 void frmMain::paintEvent(QPaintEvent* /*event*/) {
+  // On another screen since.
+  if (!title_.isNull() && title_.devicePixelRatio() != devicePixelRatioF()) {
+    PaintTitleStrip();
+    PaintLogo();
+  }
   QPainter(this).drawPixmap(0, 0, title_);
   if (!pageToCome_.empty()) pageTimer_.start();
 }
