@@ -1,6 +1,7 @@
 // The main window as the host of the engine: what an install run and the opening of a pack show.
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QScopeGuard>
 #include <QScreen>
 #include <QWindow>
@@ -269,10 +270,15 @@ void frmMain::SetMinimumSize(int width, int height) {
   basMinMax::HookMinMax(this, width, smallest);
 }
 
-/// The lower edge, with the buttons, stays on the screen.
+/// The lower edge, with the buttons, stays on the screen: on its free part, if that is high enough.
+/// Before the first showing the toolkit knows the window's place, but not its screen.
 void frmMain::GrowTo(int height) {
   if (isMaximized() || isFullScreen()) return;
-  const QRect desk = screen()->availableGeometry();
+  const QScreen* place =
+      windowHandle() != nullptr ? screen() : QGuiApplication::screenAt(frameGeometry().center());
+  if (place == nullptr) place = QGuiApplication::primaryScreen();
+  const bool isRoomy = height <= place->availableGeometry().height();
+  const QRect desk = isRoomy ? place->availableGeometry() : place->geometry();
   const int possible = std::min(height, desk.height());
   setGeometry(x(), std::min(y(), desk.bottom() + 1 - possible), width(), possible);
 }
