@@ -1,7 +1,7 @@
 #include "ui/frmMain.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLabel>
@@ -101,6 +101,8 @@ frmMain::frmMain(Surroundings surroundings, std::unique_ptr<frmLoading> loading)
   }
   connect(&pageTimer_, &QTimer::timeout, this, &frmMain::ShowPageToCome);
   connect(&dropTimer_, &QTimer::timeout, this, &frmMain::OpenDroppedPack);
+  // Away from the button, or from the window, the key is let go for something else.
+  connect(qApp, &QApplication::focusChanged, this, [this] { heldBySpace_ = nullptr; });
 }
 
 frmMain::~frmMain() = default;
