@@ -93,6 +93,7 @@ class CatalogueLists::TypeRows : public CatalogueLists::Rows {
   using Rows::Rows;
 
   [[nodiscard]] int Count() const override { return lists_.LastType(); }
+  [[nodiscard]] std::ptrdiff_t Item(int row) const override { return row; }
   [[nodiscard]] QString Name(int row) const override { return ToQString(Type(row).Name); }
   [[nodiscard]] QString Description(int row) const override { return ModCountText(Type(row)); }
   [[nodiscard]] Qt::CheckState Tick(int row) const override {
@@ -111,6 +112,9 @@ class CatalogueLists::ModRows : public CatalogueLists::Rows {
   using Rows::Rows;
 
   [[nodiscard]] int Count() const override { return lists_.RowsOfCurrentType(); }
+  [[nodiscard]] std::ptrdiff_t Item(int row) const override {
+    return &Mod(row) - lists_.catalogue_.Mods.data();
+  }
   [[nodiscard]] QString Name(int row) const override { return ToQString(Mod(row).Name); }
   [[nodiscard]] QString Description(int row) const override {
     return ToQString(Mod(row).Description);

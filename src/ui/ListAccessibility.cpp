@@ -82,11 +82,17 @@ class RowInterface : public QAccessibleInterface, public QAccessibleActionInterf
     if (!isValid() || !surface_->isEnabled()) return {};
     return {pressAction(), toggleAction(), setFocusAction()};
   }
-  // The reader has its answer before what a click sets off begins.
+  // The reader has its answer before what a click sets off begins. What stood in the row when it
+  // asked may have given way by then, as an action before this one has selected another type.
   void doAction(const QString& name) override {
     if (!isValid() || !surface_->isEnabled()) return;
     QMetaObject::invokeMethod(
-        surface_, [surface = surface_, row = row_, name] { ActNow(*surface, row, name); },
+        surface_,
+        [surface = surface_, row = row_, meant = Identity(*surface_->Rows(), row_), name] {
+          const AccessibleRows* const rows = surface->Rows();
+          const bool isThere = rows != nullptr && row <= rows->Count();
+          if (isThere && Identity(*rows, row) == meant) ActNow(*surface, row, name);
+        },
         Qt::QueuedConnection);
   }
   [[nodiscard]] QStringList keyBindingsForAction(const QString& /*name*/) const override {
@@ -94,8 +100,12 @@ class RowInterface : public QAccessibleInterface, public QAccessibleActionInterf
   }
 
  private:
+  // By name as well: another pack may have been opened.
+  static std::pair<std::ptrdiff_t, QString> Identity(const AccessibleRows& rows, int row) {
+    return {rows.Item(row), rows.Name(row)};
+  }
   static void ActNow(ListSurface& surface, int row, const QString& name) {
-    if (surface.Rows() == nullptr || row > surface.Rows()->Count() || !surface.isEnabled()) return;
+    if (!surface.isEnabled()) return;
     if (name == setFocusAction()) surface.setFocus();
     if (name == pressAction() || name == setFocusAction()) surface.Rows()->Press(row);
     if (name == toggleAction()) surface.Rows()->Toggle(row);

@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QString>
 #include <Qt>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -13,6 +14,8 @@ class AccessibleRows {
  public:
   virtual ~AccessibleRows() = default;
   [[nodiscard]] virtual int Count() const = 0;
+  /// Number of what stands in a row now, among all that may stand there.
+  [[nodiscard]] virtual std::ptrdiff_t Item(int row) const = 0;
   [[nodiscard]] virtual QString Name(int row) const = 0;
   [[nodiscard]] virtual QString Description(int row) const = 0;
   [[nodiscard]] virtual Qt::CheckState Tick(int row) const = 0;
