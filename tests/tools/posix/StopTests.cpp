@@ -30,9 +30,17 @@ TEST(Stop, EndsARunWithNothingHalfDone) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addchdir_np(&actions, folder.Native().c_str());
+    // Whoever runs the tests may ignore a signal, as nohup does.
+    sigset_t all;
+    sigfillset(&all);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     pid_t process = 0;
-    ASSERT_EQ(posix_spawn(&process, "/bin/sh", &actions, nullptr, argv.data(), environ), 0);
+    ASSERT_EQ(posix_spawn(&process, "/bin/sh", &actions, &attributes, argv.data(), environ), 0);
     posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
     int ended = 0;
     bool isOver = false;
     // As soon as it unpacks.
