@@ -92,7 +92,8 @@ class Reach {
   /// What isn't found as written is looked for below the temp directory. A whole path that isn't
   /// there now may be by the time that its line is run.
   [[nodiscard]] std::string HereOrInTemp(std::string_view path, int mask) {
-    const bool isHere = DosPath::IsFullPath(path) || !session_.Files.FindFirst(path, mask).empty();
+    const bool isHere = DosPath::IsFullPath(path) || DosPath::IsNetworkPath(path) ||
+                        Exists(std::string(path), mask);
     return isHere ? std::string(path) : DosPath::Join(session_.TempDir, path);
   }
 

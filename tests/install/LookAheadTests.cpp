@@ -57,6 +57,9 @@ TEST_F(LookAhead, ListsWhatReachesOutOfTheGame) {
       {"ShellExecute {|http://x|a.exe",
        {{Deed::kOpens, "http://x"}, {Deed::kOpens, "<root>\\game\\a.exe"}}},
       {"Copy {|data|\\\\server\\a", {{Deed::kReachesNetwork, "\\\\server\\a"}}},
+      {"Delete {|\\\\server\\b", {{Deed::kReachesNetwork, "\\\\server\\b"}}},
+      {"Rename {|ordner|\\\\server\\c",
+       {{Deed::kRenames, "ordner"}, {Deed::kReachesNetwork, "\\\\server\\c"}}},
       // Jumped over or not.
       {"Goto {|x|}|Delete {|hier|}|:x", {{Deed::kDeletes, "hier"}}},
   };
