@@ -64,14 +64,14 @@ class Works {
   }
   void LookOnDisk(Work& work) {
     if (DosPath::IsNetworkPath(work.argument)) return;
-    const auto [known, isNew] = lengths_.try_emplace(work.argument);
-    if (isNew && !session_.Files.FindFirst(work.argument, kFindHidden).empty()) {
-      known->second = 0;
-      basDebugLog::Caught(
-          [&] { known->second = session_.Files.OpenForReading(work.argument).Size(); });
+    const auto known = lengths_.try_emplace(work.argument);
+    std::optional<std::int64_t>& length = known.first->second;
+    if (known.second && !session_.Files.FindFirst(work.argument, kFindHidden).empty()) {
+      length = 0;
+      basDebugLog::Caught([&] { length = session_.Files.OpenForReading(work.argument).Size(); });
     }
-    work.length = known->second.value_or(0);
-    work.isPayload = !known->second && DosPath::IsPlainFileName(work.argument);
+    work.length = length.value_or(0);
+    work.isPayload = !length && DosPath::IsPlainFileName(work.argument);
   }
 
   InstallSession& session_;
@@ -109,11 +109,12 @@ class RoomPlan {
   }
   /// The length of a file as the run will have left it.
   std::int64_t& LengthOf(const std::string& path) {
-    const auto [known, isNew] = lengths_.emplace(path, 0);
-    if (isNew && !files_.FindFirst(path, kFindHidden | kFindSystem).empty()) {
-      basDebugLog::Caught([&] { known->second = files_.OpenForReading(path).Size(); });
+    const auto known = lengths_.emplace(path, 0);
+    std::int64_t& length = known.first->second;
+    if (known.second && !files_.FindFirst(path, kFindHidden | kFindSystem).empty()) {
+      basDebugLog::Caught([&] { length = files_.OpenForReading(path).Size(); });
     }
-    return known->second;
+    return length;
   }
   void AddFindings(std::vector<PackFinding>& findings) const {
     for (const auto& [volume, disk] : disks_) {

@@ -59,18 +59,18 @@ PayloadLength CheckPayload(const FileSystem& files, const clsIMGtool& pack, std:
   const auto entry = std::find_if(entries.begin(), entries.end(),
                                   [&](const udtIMGEntry& each) { return each.Name == name; });
   if (entry == entries.end()) Fail("the pack has no such entry");
-  // A copy: an event may open another pack.
-  const udtIMGEntry stored = *entry;
+  // An event may open another pack, and with it replace the entry.
+  const std::int64_t size = entry->Size;
   const File archive = files.OpenForReading(pack.IMGFile());
   Drain drain;
   std::string block(kBlock, '\0');
-  std::int64_t position = stored.Offset;
-  for (std::int64_t left = stored.Size; left > 0;) {
+  std::int64_t position = entry->Offset;
+  for (std::int64_t left = size; left > 0;) {
     doEvents();
     const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(left, kBlock));
     const std::size_t count = position < 0 ? 0 : archive.ReadSomeAt(position, block.data(), wanted);
     if (count == 0) break;
-    if (drain.Take(std::string_view(block).substr(0, count))) return {stored.Size, drain.Length()};
+    if (drain.Take(std::string_view(block).substr(0, count))) return {size, drain.Length()};
     position += static_cast<std::int64_t>(count);
     left -= static_cast<std::int64_t>(count);
   }

@@ -11,7 +11,7 @@ bool IsStandardOutput();
 bool IsStandardInput();
 
 /// Prints a question (UTF-8) on standard error and returns the line that is typed on standard
-/// input; empty if there is none, or a signal came in meanwhile.
+/// input; empty if there is none, or a wish to stop was noted meanwhile.
 std::string Ask(const std::string& question);
 
 }  // namespace Terminal

@@ -151,8 +151,12 @@ std::vector<std::string> SteamValues(const std::filesystem::path& file,
       }
       std::optional<std::string> text = TakeQuoted(rest);
       if (!text) break;
-      if (key && isWanted(Text::LowerCase(*key))) values.push_back(*std::move(text));
-      key = key ? std::nullopt : std::move(text);
+      if (!key) {
+        key = std::move(text);
+        continue;
+      }
+      if (isWanted(Text::LowerCase(*key))) values.push_back(*std::move(text));
+      key.reset();
     }
   }
   return values;

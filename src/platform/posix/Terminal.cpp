@@ -5,6 +5,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "platform/Process.h"
+
 namespace Terminal {
 
 bool IsStandardOutput() {
@@ -17,10 +19,12 @@ bool IsStandardInput() {
 
 std::string Ask(const std::string& question) {
   std::cerr << question << std::flush;
-  // Unlike a read, this isn't taken up again behind a signal that is only noted.
+  // A read would be taken up again behind a signal that is only noted.
+  constexpr int kBetweenLooks = 100;  // milliseconds
   struct pollfd input = {STDIN_FILENO, POLLIN, 0};
+  while (Process::StopRequested() == 0 && poll(&input, 1, kBetweenLooks) != 1) continue;
   std::string line;
-  if (poll(&input, 1, -1) == 1) std::getline(std::cin, line);
+  if (Process::StopRequested() == 0) std::getline(std::cin, line);
   return line;
 }
 
