@@ -235,6 +235,8 @@ void SdlSoundLibrary::Post(Step step) {
   if (!player_) player_ = std::make_shared<SdlPlayer>();
   thread_.Post([player = player_, step = std::move(step)]() mutable {
     Trapped("SdlSoundLibrary", [&] { step(*player); });
+    // What the library keeps for a thread doesn't go with one that it hasn't made itself.
+    SDL_TLSCleanup();
   });
 }
 

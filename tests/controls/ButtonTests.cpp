@@ -78,7 +78,7 @@ double Contrast(const QColor& one, const QColor& other) {
     return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) +
            0.0722 * part(colour.blueF());
   };
-  const auto [dark, bright] = std::minmax(light(one), light(other));
+  const auto [dark, bright] = std::minmax({light(one), light(other)});
   return (bright + 0.05) / (dark + 0.05);
 }
 
