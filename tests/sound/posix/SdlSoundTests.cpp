@@ -98,6 +98,7 @@ TEST(SdlSound, AModuleMayHaveFourMebibytes) {
   Player player(10);
   player.Folder().Write("music.mod", module);
   player->PlayMOD();
+  player.PlayFrames(1);
   // The device is open before so long a module has been read.
   const auto isSilent = [&] {
     return player.Folder().Read("device").find_first_not_of('\0') == std::string::npos;
