@@ -29,8 +29,8 @@ cp -a native-game untouched-game
 "$native/kvpk" build source native.kvpk
 "$wine" "$windows/kvpk.exe" build source windows.kvpk
 cmp native.kvpk windows.kvpk
-"$native/kvpk" install windows.kvpk --game native-game >native.txt
-"$wine" "$windows/kvpk.exe" install native.kvpk --game windows-game >windows.txt
+"$native/kvpk" install windows.kvpk --trust --game native-game >native.txt
+"$wine" "$windows/kvpk.exe" install native.kvpk --trust --game windows-game >windows.txt
 diff native.txt windows.txt
 diff -r native-game windows-game
 ! diff -rq native-game untouched-game >/dev/null || { echo "no mod was installed" >&2; exit 1; }
